@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace varnith {
+
+// What the build fixes: the version and the addresses of the maker's servers. The values come from CMake
+// cache variables (VARNITH_VERSION and so on) and nowhere else; an address may carry a port.
+struct BuildSettings {
+    static const int MajorVersion;
+    static const int MinorVersion;
+    static const int BugVersion;
+    // The host of the product's web site, with its www.
+    static const std::string WebServer;
+};
+
+}  // namespace varnith

@@ -1,0 +1,48 @@
+#include "app/App.h"
+
+#include "BuildSettings.h"
+#include "platform/base/Exceptions.h"
+#include "platform/database/Database.h"
+#include "platform/files/FolderItem.h"
+
+namespace varnith {
+
+namespace {
+
+template <class... Exceptions>
+bool IsOneOf(const std::exception& error) {
+    return ((dynamic_cast<const Exceptions*>(&error) != nullptr) || ...);
+}
+
+void MakeResultsDatabaseIfMissing() {
+    Database database;
+    const auto file = GetFolderItem("varnth");
+    if (file && file->Exists()) return;
+    database.SetDatabaseFile(GetFolderItem("varnth"));
+    if (database.CreateDatabaseFile())
+        database.SQLExecute(
+            "create table preferences (name varchar, pagecount varchar, filepath varchar, filetype varchar)");
+}
+
+}  // namespace
+
+App::App() {
+    SetVersion({BuildSettings::MajorVersion, BuildSettings::MinorVersion, BuildSettings::BugVersion});
+}
+
+App& App::Instance() {
+    return static_cast<App&>(Application::Current());
+}
+
+void App::Event_Open() {
+    MakeResultsDatabaseIfMissing();
+}
+
+bool App::Event_UnhandledException(const std::exception& error) {
+    return IsOneOf<FunctionNotFoundException, IllegalCastException, InvalidParentException, KeyChainException,
+                   KeyNotFoundException, NilObjectException, NoOpenTransportException, OLEException,
+                   OutOfBoundsException, OutOfMemoryException, RegExException, RegExSearchPatternException,
+                   RegistryAccessErrorException>(error);
+}
+
+}  // namespace varnith

@@ -1,0 +1,33 @@
+#include "app/Start.h"
+
+#include "app/MainWindow.h"
+#include "menus/MenuBar1.h"
+#include "platform/base/Guard.h"
+
+namespace varnith {
+
+int _Main() {
+    _InitFileTypes();
+    const std::unique_ptr<App> app = _NewAppInstance();
+    Guarded([] {
+        _ApplicationAddMenuHandlers();
+        _MakeDefaultView();
+    });
+    return app->Run();
+}
+
+void _InitFileTypes() {}
+
+std::unique_ptr<App> _NewAppInstance() {
+    auto app = std::make_unique<App>();
+    app->SetMenuBar(MenuBar1::Instance());
+    return app;
+}
+
+void _ApplicationAddMenuHandlers() {}
+
+void _MakeDefaultView() {
+    MainWindow::Instance();
+}
+
+}  // namespace varnith

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/base/Ref.h"
+#include "platform/ui/Menu.h"
+
+namespace varnith {
+
+// The application's one menu bar: two menus, six entries. It is made once and never changes; what the
+// entries do lies in MainWindow's handlers.
+class MenuBar1 : public MenuBar {
+  public:
+    MenuBar1();
+
+    // The one instance, made on first use and kept for the whole run.
+    static Ref<MenuBar1> Instance();
+
+  private:
+    // The File menu.
+    virtual void Untitled0();
+    // The Help menu.
+    virtual void Untitled1();
+
+    void AppendMenu(const char* name, const char* text);
+    template <class T>
+    void AppendEntry(const char* menu, const char* name, const char* text, const char* shortcut = "");
+};
+
+}  // namespace varnith

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <utility>
+
+#include "platform/base/Exceptions.h"
+
+namespace varnith {
+
+// What a Ref can point to: an object that counts its references. The program runs on one thread, so the
+// count is a plain number; a worker thread never holds a Ref.
+class RefCounted {
+  public:
+    RefCounted() = default;
+    RefCounted(const RefCounted&) = delete;
+    RefCounted& operator=(const RefCounted&) = delete;
+    virtual ~RefCounted() = default;
+
+  private:
+    template <class T>
+    friend class Ref;
+    mutable std::size_t references_ = 0;
+};
+
+// A counted reference that may be nil. It shares ownership: the object goes with its last Ref.
+// A use of a nil Ref raises NilObjectException; it never reads through a null pointer.
+// T has to be known only where a Ref is made of an object or used, so a header may hold a Ref to a class that
+// it only declares.
+template <class T>
+class Ref {
+  public:
+    Ref() = default;
+    Ref(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): nil is a value of every Ref
+    explicit Ref(T* object) : counted_(object) { Retain(); }
+    Ref(const Ref& other) : counted_(other.counted_) { Retain(); }
+    Ref(Ref&& other) noexcept : counted_(std::exchange(other.counted_, nullptr)) {}
+    template <std::derived_from<T> U>
+    Ref(const Ref<U>& other) : counted_(other.counted_) {  // NOLINT(google-explicit-constructor)
+        Retain();
+    }
+    ~Ref() { Release(); }
+
+    Ref& operator=(Ref other) noexcept {
+        std::swap(counted_, other.counted_);
+        return *this;
+    }
+
+    explicit operator bool() const { return counted_ != nullptr; }
+    T* operator->() const { return NotNil(); }
+    T& operator*() const { return *NotNil(); }
+
+    // The object itself or null, owned by the Ref.
+    T* Get() const { return static_cast<T*>(counted_); }
+
+    // This object as a T if it is one, else nil.
+    template <class U>
+    static Ref As(const Ref<U>& other) {
+        return Ref(dynamic_cast<T*>(other.Get()));
+    }
+
+    friend bool operator==(const Ref& a, const Ref& b) { return a.counted_ == b.counted_; }
+
+  private:
+    template <class U>
+    friend class Ref;
+
+    T* NotNil() const {
+        if (!counted_) throw NilObjectException();
+        return Get();
+    }
+    void Retain() const {
+        if (counted_) ++counted_->references_;
+    }
+    void Release() const {
+        if (counted_ && --counted_->references_ == 0) delete counted_;
+    }
+
+    RefCounted* counted_ = nullptr;
+};
+
+template <class T, class... Arguments>
+Ref<T> MakeRef(Arguments&&... arguments) {
+    return Ref<T>(new T(std::forward<Arguments>(arguments)...));
+}
+
+}  // namespace varnith

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace varnith {
+
+// The text operations of the program. A text is UTF-8, but a file name in it may hold any bytes, and no
+// operation here changes a byte that it was not asked to change. Positions and fields count from 1.
+// A character is a code point; a byte that is no part of valid UTF-8 counts as a character of its own.
+
+// The number of pieces when the text is cut at each separator: "a.b.tif" cut at "." has 3, "" has 0.
+std::int32_t CountFields(std::string_view text, std::string_view separator);
+
+// The n-th of those pieces, from 1; empty if there are fewer.
+std::string NthField(std::string_view text, std::string_view separator, std::int32_t n);
+
+// The number of characters.
+std::int32_t Len(std::string_view text);
+
+// The characters from a position on, at most `length` of them; the second form goes to the end.
+std::string Mid(std::string_view text, std::int32_t start, std::int32_t length);
+std::string Mid(std::string_view text, std::int32_t start);
+
+// The code point of the first character, or the byte itself where it is no UTF-8; 0 for an empty text.
+std::int32_t Asc(std::string_view text);
+
+// A number as plain decimal text.
+std::string Str(std::int64_t number);
+
+// Whether two texts are equal without regard to case.
+bool SameText(std::string_view a, std::string_view b);
+
+// The text in the form in which texts that differ only in case are the same bytes. For keys, not for show.
+std::string FoldCase(std::string_view text);
+
+// The order of a listing and of a sorted list: runs of digits by their value, all else by its bytes with
+// ASCII case ignored, the bytes as they are as the tie-break. The same in every locale.
+std::strong_ordering CompareNaturally(std::string_view a, std::string_view b);
+
+}  // namespace varnith

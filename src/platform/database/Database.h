@@ -1,0 +1,72 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/base/Ref.h"
+#include "platform/files/FolderItem.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace varnith {
+
+// A record to insert: column names and the text for each. Any text may go in.
+class DatabaseRecord {
+  public:
+    void SetColumn(const std::string& name, const std::string& value) { columns_.emplace_back(name, value); }
+    const std::vector<std::pair<std::string, std::string>>& Columns() const { return columns_; }
+
+  private:
+    std::vector<std::pair<std::string, std::string>> columns_;
+};
+
+// A handle of a SQLite file. It is bound to a file, then connected; dropping it closes the file and rolls
+// back what was not committed. Statements report nothing: one that fails has no effect.
+// Text between double quotes is a text value where no column has that name (https://sqlite.org/quirks.html,
+// section 8), however the library was built.
+class Database {
+  public:
+    Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    ~Database();
+
+    // Binds the handle to a file, which need not exist. Nil leaves it unbound.
+    void SetDatabaseFile(const Ref<FolderItem>& file) { file_ = file; }
+
+    // Opens the file that the handle is bound to. False if it is missing, can't be opened or is no database.
+    bool Connect();
+
+    // Creates the file, empty, and connects. False if it can't be made.
+    bool CreateDatabaseFile();
+
+    // Runs one statement. Outside of a transaction it is committed at once.
+    void SQLExecute(const std::string& statement);
+
+    // Inserts a record. Records with the same columns run on one prepared statement.
+    void InsertRecord(const std::string& table, const DatabaseRecord& record);
+
+    // Ends the transaction that is open; without one it does nothing.
+    void Commit();
+
+  private:
+    bool Open(int flags);
+    bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;
+    void PrepareInsert(const std::string& table, const DatabaseRecord& record);
+
+    struct Closer {
+        void operator()(sqlite3* handle) const;
+        void operator()(sqlite3_stmt* statement) const;
+    };
+
+    Ref<FolderItem> file_;
+    std::unique_ptr<sqlite3, Closer> handle_;
+    std::unique_ptr<sqlite3_stmt, Closer> insert_;  // declared behind the handle, so it goes first
+    std::string insert_table_;
+    std::vector<std::string> insert_columns_;
+};
+
+}  // namespace varnith

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/base/Ref.h"
+#include "platform/files/FolderItem.h"
+
+namespace varnith {
+
+// A snapshot of a folder's direct entries, in natural order. Indices count from 0 and are not to pass
+// Count() - 1; one that does raises OutOfBoundsException. A folder that can't be read has no entries.
+class FileListMBS {
+  public:
+    // REQUIRES: folder is not nil (NilObjectException).
+    explicit FileListMBS(const Ref<FolderItem>& folder);
+
+    std::int32_t Count() const { return static_cast<std::int32_t>(listing_.size()); }
+
+    // Whether the entry itself is a directory; a link to one is not.
+    bool Directory(std::int32_t index) const { return At(index).directory; }
+
+    bool Visible(std::int32_t index) const { return At(index).visible; }
+
+    // The entry as an item, never nil.
+    Ref<FolderItem> Item(std::int32_t index) const;
+
+  private:
+    const ListedEntry& At(std::int32_t index) const;
+
+    Ref<FolderItem> folder_;
+    std::vector<ListedEntry> listing_;
+};
+
+}  // namespace varnith

@@ -1,0 +1,159 @@
+#include "platform/files/FileSystem.h"
+
+#include <array>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace varnith {
+
+namespace {
+
+const FileSystem* in_force = nullptr;
+
+FileKind KindOf(mode_t mode) {
+    if (S_ISREG(mode)) return FileKind::Regular;
+    if (S_ISDIR(mode)) return FileKind::Directory;
+    if (S_ISLNK(mode)) return FileKind::Link;
+    return FileKind::Other;
+}
+
+// A path that the system takes: one longer than PATH_MAX is walked down in pieces, each relative to the
+// folder that the piece before it led to.
+struct Place {
+    FileHandle folder;
+    std::string path;  // relative to `folder` if there is one
+
+    explicit Place(const std::string& whole) : path(whole) {
+        while (path.size() >= PATH_MAX) {
+            const std::size_t cut = path.rfind('/', PATH_MAX - 2);
+            if (cut == path.npos || cut == 0) return;
+            folder =
+                FileHandle(openat(Base(), path.substr(0, cut).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+            path.erase(0, cut + 1);
+            if (!folder) return;
+        }
+    }
+
+    int Base() const { return folder ? folder.Descriptor() : AT_FDCWD; }
+    int Open(int flags) const { return openat(Base(), path.c_str(), flags | O_CLOEXEC); }
+};
+
+std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
+    if (result != 0) return std::nullopt;
+    return FileStatus{KindOf(status.st_mode), status.st_size};
+}
+
+FileKind KindOfEntry(DIR* folder, const dirent& entry) {
+    switch (entry.d_type) {
+        case DT_REG:
+            return FileKind::Regular;
+        case DT_DIR:
+            return FileKind::Directory;
+        case DT_LNK:
+            return FileKind::Link;
+        case DT_UNKNOWN: {
+            struct stat status;
+            if (fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+                return KindOf(status.st_mode);
+            return FileKind::Other;
+        }
+        default:
+            return FileKind::Other;
+    }
+}
+
+}  // namespace
+
+FileHandle::FileHandle(FileHandle&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+}
+
+FileHandle::~FileHandle() {
+    if (descriptor_ >= 0) close(descriptor_);
+}
+
+FileHandle FileSystem::OpenForReading(const std::string& path) const {
+    return FileHandle(Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY));
+}
+
+std::size_t FileSystem::ReadAt(const FileHandle& file, void* bytes, std::size_t size,
+                               std::uint64_t offset) const {
+    if (offset > static_cast<std::uint64_t>(INT64_MAX)) return 0;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pread(file.Descriptor(), static_cast<char*>(bytes) + done, size - done,
+                                    static_cast<off_t>(offset + done));
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+std::optional<FileStatus> FileSystem::Status(const FileHandle& file) const {
+    struct stat status;
+    return ToStatus(fstat(file.Descriptor(), &status), status);
+}
+
+std::optional<FileStatus> FileSystem::Status(const std::string& path) const {
+    const Place place(path);
+    struct stat status;
+    return ToStatus(fstatat(place.Base(), place.path.c_str(), &status, 0), status);
+}
+
+std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {
+    std::vector<DirectoryEntry> entries;
+    const int descriptor = Place(path).Open(O_RDONLY | O_DIRECTORY);
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(descriptor < 0 ? nullptr : fdopendir(descriptor),
+                                                     closedir);
+    if (!folder) {
+        FileHandle unused(descriptor);
+        return entries;
+    }
+    while (const dirent* entry = readdir(folder.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            entries.push_back({std::string(name), KindOfEntry(folder.get(), *entry)});
+    }
+    return entries;
+}
+
+std::string FileSystem::Contents(const std::string& path) const {
+    const FileHandle file = OpenForReading(path);
+    const auto status = file ? Status(file) : std::nullopt;
+    if (!status || status->kind != FileKind::Regular) return {};
+    std::string contents;
+    std::array<char, 4096> piece;
+    while (const std::size_t count = ReadAt(file, piece.data(), piece.size(), contents.size()))
+        contents.append(piece.data(), count);
+    return contents;
+}
+
+std::string FileSystem::ExecutablePath() const {
+    std::string path(PATH_MAX, '\0');
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    path.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+    return path;
+}
+
+const FileSystem& FileSystem::Current() {
+    static const FileSystem real;
+    return in_force ? *in_force : real;
+}
+
+FileSystem::Replacement::Replacement(const FileSystem& other) : previous_(std::exchange(in_force, &other)) {}
+
+FileSystem::Replacement::~Replacement() {
+    in_force = previous_;
+}
+
+}  // namespace varnith

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnith {
+
+// An open file descriptor, closed with its object. Movable; an empty one holds nothing.
+class FileHandle {
+  public:
+    FileHandle() = default;
+    explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
+    FileHandle(FileHandle&& other) noexcept;
+    FileHandle& operator=(FileHandle&& other) noexcept;
+    ~FileHandle();
+
+    explicit operator bool() const { return descriptor_ >= 0; }
+    int Descriptor() const { return descriptor_; }
+
+  private:
+    int descriptor_ = -1;
+};
+
+enum class FileKind { Regular, Directory, Link, Other };
+
+struct FileStatus {
+    FileKind kind;
+    std::int64_t size;  // in bytes
+};
+
+struct DirectoryEntry {
+    std::string name;  // the bytes that the disk holds, without the path
+    FileKind kind;     // of the entry itself: a link is a link, whatever it leads to
+};
+
+// What the program asks the disk, one call per question, so that a test can make each of them fail.
+// Paths are absolute, in bytes, and may be longer than the system's limit for one path. All calls may be
+// made from any thread. None raises: a failure is an empty result, and what failed does not matter here.
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    // Opens a file for reading, never waiting for the other end of a FIFO. Empty on failure.
+    virtual FileHandle OpenForReading(const std::string& path) const;
+
+    // Reads up to `size` bytes at an offset. Returns the number of bytes read: fewer at the end of the
+    // file, 0 behind it or on failure.
+    virtual std::size_t ReadAt(const FileHandle& file, void* bytes, std::size_t size,
+                               std::uint64_t offset) const;
+
+    virtual std::optional<FileStatus> Status(const FileHandle& file) const;
+
+    // The status of what a path leads to: links are followed.
+    virtual std::optional<FileStatus> Status(const std::string& path) const;
+
+    // The entries of a folder in no particular order, without "." and "..". Empty, too, when the folder
+    // can't be read; a folder that fails half-way gives what was read by then.
+    virtual std::vector<DirectoryEntry> Entries(const std::string& path) const;
+
+    // The whole of a small text file; empty when it can't be read.
+    std::string Contents(const std::string& path) const;
+
+    // The path of the running executable.
+    virtual std::string ExecutablePath() const;
+
+    // The one in force: the real disk, unless a test has put another in its place.
+    static const FileSystem& Current();
+
+    // Puts another file system in force for as long as it lives. REQUIRES: made and dropped in pairs.
+    class Replacement {
+      public:
+        explicit Replacement(const FileSystem& other);
+        Replacement(const Replacement&) = delete;
+        Replacement& operator=(const Replacement&) = delete;
+        ~Replacement();
+
+      private:
+        const FileSystem* previous_;
+    };
+};
+
+}  // namespace varnith

@@ -1,0 +1,78 @@
+#include "platform/files/FolderItem.h"
+
+#include <sstream>
+#include <utility>
+
+#include "platform/files/FileSystem.h"
+
+namespace varnith {
+
+FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
+    : parent_(std::move(parent)), name_(std::move(name)) {}
+
+Ref<FolderItem> FolderItem::FromPath(const std::string& absolute_path) {
+    auto item = MakeRef<FolderItem>(nullptr, "");
+    std::istringstream pieces(absolute_path);
+    for (std::string piece; std::getline(pieces, piece, '/');)
+        if (!piece.empty() && piece != ".") item = MakeRef<FolderItem>(item, piece);
+    return item;
+}
+
+std::string FolderItem::AbsolutePath() const {
+    if (!parent_) return "/";
+    std::size_t length = 0;
+    for (const FolderItem* item = this; item->parent_; item = item->parent_.Get())
+        length += item->name_.size() + 1;
+    std::string path(length, '/');
+    for (const FolderItem* item = this; item->parent_; item = item->parent_.Get()) {
+        length -= item->name_.size();
+        path.replace(length, item->name_.size(), item->name_);
+        --length;
+    }
+    return path;
+}
+
+Ref<FolderItem> FolderItem::Child(const std::string& name) {
+    if (name.empty() || name == "." || name == ".." || name.find('/') != name.npos) return nullptr;
+    return MakeRef<FolderItem>(Ref(this), name);
+}
+
+bool FolderItem::Exists() const {
+    return FileSystem::Current().Status(AbsolutePath()).has_value();
+}
+
+bool FolderItem::Visible() const {
+    return !parent_ || IsVisibleEntry(parent_->AbsolutePath(), name_);
+}
+
+std::int32_t FolderItem::Count() {
+    listing_ = ListFolder(AbsolutePath());
+    listed_ = true;
+    return static_cast<std::int32_t>(listing_.size());
+}
+
+Ref<FolderItem> FolderItem::Item(std::int32_t index) {
+    if (!listed_) Count();
+    if (index < 1 || static_cast<std::size_t>(index) > listing_.size()) return nullptr;
+    return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1].name);
+}
+
+Ref<FolderItem> ApplicationItem() {
+    const auto executable = FolderItem::FromPath(FileSystem::Current().ExecutablePath());
+    const auto folder = executable->Parent();
+    const bool in_bundle =
+        folder && folder->Name() == "MacOS" && folder->Parent() && folder->Parent()->Name() == "Contents";
+    return in_bundle && folder->Parent()->Parent() ? folder->Parent()->Parent() : executable;
+}
+
+Ref<FolderItem> GetFolderItem(const std::string& path) {
+    if (path.find('\0') != path.npos) return nullptr;
+    const bool relative = !path.starts_with('/');
+    const auto folder = ApplicationItem()->Parent();
+    const auto item = FolderItem::FromPath(relative ? folder->AbsolutePath() + "/" + path : path);
+    if (!item->Parent()) return item;
+    const auto holder = FileSystem::Current().Status(item->Parent()->AbsolutePath());
+    return holder && holder->kind == FileKind::Directory ? item : nullptr;
+}
+
+}  // namespace varnith

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/base/Ref.h"
+#include "platform/files/FolderListing.h"
+
+namespace varnith {
+
+// A handle of a file or folder: a path, which need not lead to anything yet. Making one does not touch the
+// disk. It holds its own name and shares the folder that it lies in, so a deep tree costs one name a level.
+class FolderItem : public RefCounted {
+  public:
+    // The item of an absolute path; empty pieces and "." are dropped from the path, links are left alone.
+    static Ref<FolderItem> FromPath(const std::string& absolute_path);
+
+    // The item's name on disk, as bytes; empty for the root.
+    const std::string& Name() const { return name_; }
+
+    // The name as the desktop shows it. Linux desktops hide no extensions, so it is the same bytes.
+    const std::string& DisplayName() const { return name_; }
+
+    // The folder that holds the item; nil for the root.
+    const Ref<FolderItem>& Parent() const { return parent_; }
+
+    // The POSIX path, with no slash at its end, the root aside.
+    std::string AbsolutePath() const;
+
+    // The entry of that name in this folder, on disk or not. Nil for an empty name, ".", "..", and a name
+    // that holds "/".
+    Ref<FolderItem> Child(const std::string& name);
+
+    // Whether something is there; a link that leads nowhere is not.
+    bool Exists() const;
+
+    // Whether the item is visible to the user, as the desktops' file managers have it.
+    bool Visible() const;
+
+    // The number of entries of this folder, visible or not; 0 if it is no folder or can't be read. Takes a
+    // new snapshot of the folder, from which Item then serves.
+    std::int32_t Count();
+
+    // The entry at a place of the last snapshot, from 1, in natural order; takes one if there is none yet.
+    // Nil outside of it.
+    Ref<FolderItem> Item(std::int32_t index);
+
+  private:
+    friend class FileListMBS;
+    template <class T, class... Arguments>
+    friend Ref<T> MakeRef(Arguments&&... arguments);
+
+    FolderItem(Ref<FolderItem> parent, std::string name);
+
+    Ref<FolderItem> parent_;
+    std::string name_;
+    std::vector<ListedEntry> listing_;
+    bool listed_ = false;
+};
+
+// Turns a path into an item. A relative path, a bare name among them, counts from the folder that holds the
+// application: the bundle if the program runs from one, else the executable. The item need not exist, but
+// the folder that would hold it must: otherwise, and for a path that no file can have, the result is nil.
+Ref<FolderItem> GetFolderItem(const std::string& path);
+
+// The application as a whole: the bundle folder Name.app when the executable lies in its Contents/MacOS,
+// else the executable itself.
+Ref<FolderItem> ApplicationItem();
+
+}  // namespace varnith

@@ -1,0 +1,124 @@
+#include "platform/files/TiffPictureMBS.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <utility>
+
+#include <tiffio.h>
+
+#include "platform/files/FileSystem.h"
+
+namespace varnith {
+
+namespace {
+
+// A file as libtiff reads it: through a small window that is filled by one read at a time. The directories
+// of a small file all lie in one window, and of a large one nothing but its directories is touched.
+class WindowedFile {
+  public:
+    WindowedFile(FileHandle file, std::int64_t size) : file_(std::move(file)), size_(size) {}
+
+    std::size_t Read(void* bytes, std::size_t size) {
+        std::size_t done = 0;
+        while (done < size) {
+            if (!InWindow()) Fill();
+            if (!InWindow()) break;
+            const auto skipped = static_cast<std::size_t>(position_ - start_);
+            const std::size_t count = std::min(size - done, filled_ - skipped);
+            std::memcpy(static_cast<char*>(bytes) + done, window_.data() + skipped, count);
+            position_ += count;
+            done += count;
+        }
+        return done;
+    }
+
+    std::uint64_t Seek(std::uint64_t offset, int whence) {
+        if (whence == SEEK_CUR)
+            position_ += offset;
+        else if (whence == SEEK_END)
+            position_ = static_cast<std::uint64_t>(size_) + offset;
+        else
+            position_ = offset;
+        return position_;
+    }
+
+    std::int64_t Size() const { return size_; }
+
+  private:
+    bool InWindow() const { return position_ >= start_ && position_ - start_ < filled_; }
+
+    void Fill() {
+        start_ = position_;
+        filled_ = FileSystem::Current().ReadAt(file_, window_.data(), window_.size(), start_);
+    }
+
+    FileHandle file_;
+    std::int64_t size_;
+    std::uint64_t position_ = 0;
+    std::uint64_t start_ = 0;
+    std::size_t filled_ = 0;
+    std::array<char, 1024> window_;
+};
+
+WindowedFile& FileOf(thandle_t handle) {
+    return *static_cast<WindowedFile*>(handle);
+}
+
+tmsize_t ReadFile(thandle_t handle, void* bytes, tmsize_t size) {
+    return static_cast<tmsize_t>(FileOf(handle).Read(bytes, static_cast<std::size_t>(size)));
+}
+
+tmsize_t WriteNothing(thandle_t, void*, tmsize_t) {
+    return 0;
+}
+
+toff_t SeekFile(thandle_t handle, toff_t offset, int whence) {
+    return FileOf(handle).Seek(offset, whence);
+}
+
+int KeepOpen(thandle_t) {
+    return 0;
+}
+
+toff_t SizeOfFile(thandle_t handle) {
+    return static_cast<toff_t>(FileOf(handle).Size());
+}
+
+// Damaged files are everyday work here, and what libtiff has to say about them concerns nobody.
+void SilenceMessages() {
+    [[maybe_unused]] static const bool silenced = [] {
+        TIFFSetErrorHandler(nullptr);
+        TIFFSetWarningHandler(nullptr);
+        return true;
+    }();
+}
+
+}  // namespace
+
+Ref<TiffPictureMBS> OpenAsTiffMBS(const Ref<FolderItem>& item, bool HeaderOnly) {
+    SilenceMessages();
+    const FileSystem& disk = FileSystem::Current();
+    const std::string path = item->AbsolutePath();
+    FileHandle file = disk.OpenForReading(path);
+    const auto status = file ? disk.Status(file) : std::nullopt;
+    if (!status || status->kind != FileKind::Regular) return nullptr;
+
+    WindowedFile windowed(std::move(file), status->size);
+    // "h" reads no directory at opening, and "m" keeps libtiff from mapping the file into memory, where a
+    // file that shrinks under the count would end the process.
+    const char* mode = HeaderOnly ? "rhm" : "rm";
+    const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(
+        TIFFClientOpen(path.c_str(), mode, &windowed, ReadFile, WriteNothing, SeekFile, KeepOpen, SizeOfFile,
+                       nullptr, nullptr),
+        TIFFClose);
+    if (!tiff) return nullptr;
+    const auto images = static_cast<std::uint64_t>(TIFFNumberOfDirectories(tiff.get()));
+    const std::uint64_t limit = std::numeric_limits<std::int32_t>::max();
+    return MakeRef<TiffPictureMBS>(static_cast<std::int32_t>(std::min(images, limit)));
+}
+
+}  // namespace varnith

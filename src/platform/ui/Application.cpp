@@ -1,0 +1,105 @@
+#include "platform/ui/Application.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <typeinfo>
+#include <utility>
+
+#include "platform/base/Guard.h"
+#include "platform/threads/Scheduler.h"
+#include "platform/ui/Desktop.h"
+#include "platform/ui/Dialogs.h"
+
+namespace varnith {
+
+namespace {
+Application* current = nullptr;
+}
+
+Application::Application() {
+    current = this;
+    SetUnhandledExceptionHandler([this](const std::exception& error) { Handle(error); });
+}
+
+Application::~Application() {
+    End();
+    SetUnhandledExceptionHandler(nullptr);
+    current = nullptr;
+}
+
+Application& Application::Current() {
+    return *current;
+}
+
+int Application::Run() {
+    stage_ = Stage::Running;
+    Guarded([this] { Event_Open(); });
+    const std::vector<Ref<Window>> waiting = windows_;
+    for (const Ref<Window>& window : waiting) window->OpenNow();
+    if (!quitting_) Desktop::Current().RunEventLoop();
+    End();
+    return status_;
+}
+
+void Application::End() {
+    stage_ = Stage::Over;
+    Scheduler::Current().KillAll();
+    for (const Ref<Window>& window : std::exchange(windows_, {})) {
+        window->view_ = nullptr;
+        window->Forget();
+    }
+}
+
+void Application::Quit(int status) {
+    if (quitting_) return;
+    quitting_ = true;
+    status_ = status;
+    Desktop::Current().Quit(status);
+}
+
+void Application::Open(const Ref<Window>& window) {
+    if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) windows_.push_back(window);
+    if (stage_ == Stage::Running) window->OpenNow();
+}
+
+void Application::LetGo(Window& window) {
+    std::erase(windows_, Ref<Window>(&window));
+}
+
+Ref<Window> Application::FrontWindow() const {
+    return windows_.empty() ? nullptr : windows_.back();
+}
+
+void Application::SetFrontWindow(Window& window) {
+    const auto place = std::find(windows_.begin(), windows_.end(), Ref<Window>(&window));
+    if (place != windows_.end()) std::rotate(place, place + 1, windows_.end());
+}
+
+bool Application::IsEnabled(const MenuItem& item) const {
+    if (!item.Items().empty() || dynamic_cast<const QuitMenuItem*>(&item)) return true;
+    const Ref<Window> front = FrontWindow();
+    return item.AutoEnable && front && front->HasMenuHandler(item.Name);
+}
+
+void Application::Choose(const Ref<MenuItem>& item) {
+    if (!IsEnabled(*item)) return;
+    if (Ref<QuitMenuItem>::As(item))
+        Quit(0);
+    else if (const Ref<Window> front = FrontWindow())
+        front->RunMenuHandler(item->Name);
+}
+
+void Application::Handle(const std::exception& error) {
+    if (Event_UnhandledException(error)) return;
+    const std::string report = std::string("Unexpected error: ") + error.what();
+    std::fprintf(stderr, "%s (%s)\n", report.c_str(), typeid(error).name());
+    MsgBox(report);
+    Quit(1);
+}
+
+void Quit(int status) {
+    Application::Current().Quit(status);
+}
+
+}  // namespace varnith

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "platform/ui/Control.h"
+
+namespace varnith {
+
+// A box to tick, with a caption.
+class CheckBox : public Control {
+  public:
+    void SetCaption(std::string caption) { Set(caption_, std::move(caption)); }
+    const std::string& Caption() const { return caption_; }
+
+    // The tick. The user's click sets it too.
+    void SetValue(bool value) { Set(value_, value); }
+    bool Value() const { return value_; }
+
+  private:
+    std::string caption_;
+    bool value_ = false;
+};
+
+}  // namespace varnith

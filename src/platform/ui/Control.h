@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/base/Guard.h"
+#include "platform/ui/Observed.h"
+
+namespace varnith {
+
+// A place in a window, in pixels from the top left of its contents.
+struct Bounds {
+    std::int32_t Left = 0;
+    std::int32_t Top = 0;
+    std::int32_t Width = 0;
+    std::int32_t Height = 0;
+
+    bool operator==(const Bounds&) const = default;
+};
+
+// The window edges from which a control keeps its distance. Locked to both edges of an axis it stretches
+// with the window, locked to the far one only it moves along, otherwise it stays.
+struct Locks {
+    bool Left = false;
+    bool Top = false;
+    bool Right = false;
+    bool Bottom = false;
+};
+
+enum class TextAlign : std::uint8_t { Left = 0, Centre = 1, Right = 2 };
+
+// What all controls have. A control holds its state and its event slots and works with no window system; a
+// view shows it while its window is open. The user's actions come in through the same operations that a
+// test calls.
+class Control : public Observed {
+  public:
+    virtual ~Control() = default;
+
+    // REQUIRES: called before the window opens: where the control stands, and what it clings to.
+    void Place(const Bounds& bounds, const Locks& locks, std::int32_t tab_index);
+
+    const Bounds& CurrentBounds() const { return bounds_; }
+    std::int32_t TabIndex() const { return tab_index_; }
+
+    // The window's contents have grown by that much since the layout; follows its locks.
+    void FollowWindow(std::int32_t more_width, std::int32_t more_height);
+
+    // The size of the text in pixels; 0 for the system's own.
+    void SetTextSize(std::int32_t size) { Set(text_size_, size); }
+    std::int32_t TextSize() const { return text_size_; }
+
+    void SetEnabled(bool enabled) { Set(enabled_, enabled); }
+    bool Enabled() const { return enabled_; }
+
+  protected:
+    // Runs a slot of the control, if there is one, inside the guard of event handlers. The slot may close
+    // the control's window.
+    template <class... Arguments>
+    static void Fire(const std::function<void(Arguments...)>& slot, Arguments... arguments) {
+        if (!slot) return;
+        const auto handler = slot;
+        Guarded([&] { handler(arguments...); });
+    }
+
+  private:
+    Bounds design_;
+    Bounds bounds_;
+    Locks locks_;
+    std::int32_t tab_index_ = 0;
+    std::int32_t text_size_ = 0;
+    bool enabled_ = true;
+};
+
+}  // namespace varnith

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace varnith {
+
+class Window;
+
+// How a window is shown. Dropped when the window closes.
+class WindowView {
+  public:
+    virtual ~WindowView() = default;
+    // Shows the window in front of the others.
+    virtual void BringToFront() = 0;
+};
+
+// What the program asks of the desktop it runs on. This class answers each call as a desktop that has no
+// display would, so a test overrides what it wants to see or answer; the Qt side is the real one.
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+
+    // Runs the event loop until Quit; returns the status given there. Without a display there are no events,
+    // so it returns 0 at once.
+    virtual int RunEventLoop() { return 0; }
+    // Lets the event loop, inner ones included, end soon with that status.
+    virtual void Quit(int /*status*/) {}
+
+    // Shows a window that has just opened; nil without a display. REQUIRES: the window outlives its view.
+    virtual std::unique_ptr<WindowView> Show(Window& /*window*/) { return nullptr; }
+
+    struct Size {
+        std::int32_t Width;
+        std::int32_t Height;
+    };
+    // The size in pixels of the screen with that number, from 0.
+    virtual Size ScreenSize(int /*screen*/) const { return {1024, 768}; }
+
+    // Lets the user choose a folder; returns its path as bytes, or nothing if the user cancels. Waits for
+    // the user in an event loop of its own.
+    virtual std::optional<std::string> ChooseFolder() { return std::nullopt; }
+
+    // Shows a message with one button and waits for the user in an event loop of its own.
+    virtual void ShowMessage(const std::string& /*text*/) {}
+
+    // Opens an address in the user's browser.
+    virtual void OpenURL(const std::string& /*url*/) {}
+
+    // Whether the key is held down at this moment.
+    virtual bool IsCommandKeyDown() const { return false; }
+    virtual bool IsControlKeyDown() const { return false; }
+
+    // The one in force: the desktop without a display, until another is put in its place.
+    static Desktop& Current();
+
+    // Puts a desktop in force for as long as it lives. REQUIRES: made and dropped in pairs.
+    class InForce {
+      public:
+        explicit InForce(Desktop& desktop);
+        InForce(const InForce&) = delete;
+        InForce& operator=(const InForce&) = delete;
+        ~InForce();
+
+      private:
+        Desktop* previous_;
+    };
+};
+
+}  // namespace varnith

@@ -1,0 +1,150 @@
+#include "platform/ui/Listbox.h"
+
+#include <algorithm>
+#include <charconv>
+#include <numeric>
+#include <utility>
+
+#include "platform/base/Exceptions.h"
+#include "platform/base/Text.h"
+
+namespace varnith {
+
+namespace {
+
+std::int32_t ToWidth(const std::string& text) {
+    std::int32_t width = 0;
+    std::from_chars(text.data(), text.data() + text.size(), width);
+    return width;
+}
+
+const std::string& TextOf(const auto& shared) {
+    static const std::string empty;
+    return shared ? shared->text : empty;
+}
+
+}  // namespace
+
+void Listbox::SetColumns(const std::string& headings, const std::string& widths) {
+    headings_.clear();
+    widths_.clear();
+    const std::int32_t count = std::min(CountFields(headings, "\t"), MaxColumns);
+    for (std::int32_t column = 1; column <= count; ++column) {
+        headings_.push_back(NthField(headings, "\t", column));
+        widths_.push_back(ToWidth(NthField(widths, ",", column)));
+    }
+    MarkChanged();
+}
+
+void Listbox::AddRow(const std::string& text) {
+    rows_.Append();
+    SetCell(LastIndex(), 0, text);
+    heading_index_ = -1;
+    MarkChanged();
+}
+
+void Listbox::DeleteAllRows() {
+    rows_.Clear();
+    list_index_ = -1;
+    heading_index_ = -1;
+    ++clearings_;
+    MarkChanged();
+}
+
+const Listbox::Row& Listbox::At(std::int32_t row, std::int32_t column) const {
+    if (row < 0 || row >= ListCount() || column < 0 || column >= ColumnCount()) throw OutOfBoundsException();
+    return rows_[static_cast<std::size_t>(row)];
+}
+
+Listbox::Row& Listbox::At(std::int32_t row, std::int32_t column) {
+    return const_cast<Row&>(std::as_const(*this).At(row, column));
+}
+
+std::string Listbox::Cell(std::int32_t row, std::int32_t column) const {
+    if (column == ColumnCount() && row >= 0 && row < ListCount()) return {};
+    return TextOf(At(row, column).texts[static_cast<std::size_t>(column)]);
+}
+
+void Listbox::SetCell(std::int32_t row, std::int32_t column, const std::string& text) {
+    const auto place = static_cast<std::size_t>(column);
+    Ref<SharedText>& cell = At(row, column).texts[place];
+    const Ref<SharedText> above = row > 0 ? At(row - 1, column).texts[place] : nullptr;
+    if (text.empty())
+        cell = nullptr;
+    else if (above && above->text == text)
+        cell = above;
+    else
+        cell = MakeRef<SharedText>(text);
+    MarkChanged();
+}
+
+std::int32_t Listbox::CellType(std::int32_t row, std::int32_t column) const {
+    return At(row, column).types[static_cast<std::size_t>(column)];
+}
+
+void Listbox::SetCellType(std::int32_t row, std::int32_t column, std::int32_t type) {
+    At(row, column).types[static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(type);
+    MarkChanged();
+}
+
+bool Listbox::CellCheck(std::int32_t row, std::int32_t column) const {
+    return At(row, column).checks[static_cast<std::size_t>(column)];
+}
+
+void Listbox::SetCellCheck(std::int32_t row, std::int32_t column, bool check) {
+    At(row, column).checks[static_cast<std::size_t>(column)] = check;
+    MarkChanged();
+}
+
+std::string Listbox::CellTag(std::int32_t row, std::int32_t column) const {
+    return TextOf(At(row, column).tags[static_cast<std::size_t>(column)]);
+}
+
+void Listbox::SetCellTag(std::int32_t row, std::int32_t column, const std::string& tag) {
+    At(row, column).tags[static_cast<std::size_t>(column)] = MakeRef<SharedText>(tag);
+}
+
+void Listbox::SetListIndex(std::int32_t row) {
+    Set(list_index_, row >= 0 && row < ListCount() ? row : -1);
+}
+
+bool Listbox::Precedes(const Row& a, const Row& b, std::size_t column) const {
+    if (a.texts[column] == b.texts[column]) return a.checks[column] < b.checks[column];
+    return CompareNaturally(TextOf(a.texts[column]), TextOf(b.texts[column])) < 0;
+}
+
+void Listbox::PressHeading(std::int32_t column) {
+    if (column < 0 || column >= ColumnCount()) return;
+    sorted_descending_ = heading_index_ == column && !sorted_descending_;
+    heading_index_ = column;
+
+    std::vector<std::size_t> order(rows_.Size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        if (sorted_descending_) std::swap(a, b);
+        return Precedes(rows_[a], rows_[b], static_cast<std::size_t>(column));
+    });
+
+    SegmentedVector<Row> sorted;
+    std::int32_t highlighted = -1;
+    for (const std::size_t from : order) {
+        if (static_cast<std::int32_t>(from) == list_index_)
+            highlighted = static_cast<std::int32_t>(sorted.Size());
+        sorted.Append() = std::move(rows_[from]);
+    }
+    rows_ = std::move(sorted);
+    list_index_ = highlighted;
+    MarkChanged();
+}
+
+void Listbox::ToggleCheck(std::int32_t row) {
+    if (row < 0 || row >= ListCount()) return;
+    Row& found = rows_[static_cast<std::size_t>(row)];
+    const auto box = std::find(found.types.begin(), found.types.end(), TypeCheckBox);
+    if (box == found.types.end()) return;
+    bool& check = found.checks[static_cast<std::size_t>(box - found.types.begin())];
+    check = !check;
+    MarkChanged();
+}
+
+}  // namespace varnith

@@ -1,0 +1,27 @@
+#include "platform/ui/PopupMenu.h"
+
+namespace varnith {
+
+void PopupMenu::AddRow(const std::string& text) {
+    rows_.push_back(text);
+    MarkChanged();
+}
+
+void PopupMenu::DeleteAllRows() {
+    rows_.clear();
+    list_index_ = -1;
+    MarkChanged();
+}
+
+std::string PopupMenu::Text() const {
+    return list_index_ < 0 ? std::string() : rows_[static_cast<std::size_t>(list_index_)];
+}
+
+void PopupMenu::Pick(std::int32_t index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= rows_.size()) return;
+    list_index_ = index;
+    MarkChanged();
+    Fire(Change);
+}
+
+}  // namespace varnith

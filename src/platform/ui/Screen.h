@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/ui/Desktop.h"
+
+namespace varnith {
+
+// A screen of the desktop, by its number from 0, which is the main one. Sizes are in pixels.
+class Screen {
+  public:
+    explicit Screen(int number) : size_(Desktop::Current().ScreenSize(number)) {}
+
+    std::int32_t Width() const { return size_.Width; }
+    std::int32_t Height() const { return size_.Height; }
+
+  private:
+    Desktop::Size size_;
+};
+
+}  // namespace varnith

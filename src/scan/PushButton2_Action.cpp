@@ -1,0 +1,26 @@
+#include "app/MainWindow.h"
+#include "platform/ui/Dialogs.h"
+#include "scan/Class1.h"
+
+namespace varnith {
+
+void MainWindow::CreateScanThread() {
+    Class11 = MakeRef<Class1>();
+    Class11->Priority = 5;
+    Class11->StackSize = 0;
+}
+
+void MainWindow::PushButton2_Action() {
+    // The only way to stop a scan: it stays stopped, even if the dialog is then cancelled.
+    Class11->Kill();
+    if (!CheckBox4.Value()) {
+        Singlefolder();
+        return;
+    }
+    const Ref<FolderItem> folder = SelectFolder();
+    if (!folder || !folder->Exists()) return;
+    Class11->f = folder;
+    Class11->Run();
+}
+
+}  // namespace varnith
