@@ -2,7 +2,8 @@
 
 namespace varnith {
 
-void Control::Place(const Bounds& bounds, const Locks& locks, std::int32_t tab_index) {
+void Control::Place(RefCounted& owner, const Bounds& bounds, const Locks& locks, std::int32_t tab_index) {
+    owner_ = &owner;
     design_ = bounds;
     bounds_ = bounds;
     locks_ = locks;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/base/Guard.h"
+#include "platform/base/Ref.h"
 #include "platform/ui/Observed.h"
 
 namespace varnith {
@@ -37,8 +38,10 @@ class Control : public Observed {
   public:
     virtual ~Control() = default;
 
-    // REQUIRES: called before the window opens: where the control stands, and what it clings to.
-    void Place(const Bounds& bounds, const Locks& locks, std::int32_t tab_index);
+    // Where the control stands in its window, and what it clings to. The owner is what the control is a part
+    // of, and is kept alive while a slot of the control runs.
+    // REQUIRES: called once, before the window opens.
+    void Place(RefCounted& owner, const Bounds& bounds, const Locks& locks, std::int32_t tab_index);
 
     const Bounds& CurrentBounds() const { return bounds_; }
     std::int32_t TabIndex() const { return tab_index_; }
@@ -57,13 +60,15 @@ class Control : public Observed {
     // Runs a slot of the control, if there is one, inside the guard of event handlers. The slot may close
     // the control's window.
     template <class... Arguments>
-    static void Fire(const std::function<void(Arguments...)>& slot, Arguments... arguments) {
+    void Fire(const std::function<void(Arguments...)>& slot, Arguments... arguments) {
         if (!slot) return;
+        const Ref<RefCounted> alive(owner_);
         const auto handler = slot;
         Guarded([&] { handler(arguments...); });
     }
 
   private:
+    RefCounted* owner_ = nullptr;
     Bounds design_;
     Bounds bounds_;
     Locks locks_;

@@ -40,7 +40,6 @@ void Listbox::AddRow(const std::string& text) {
     rows_.Append();
     SetCell(LastIndex(), 0, text);
     heading_index_ = -1;
-    MarkChanged();
 }
 
 void Listbox::DeleteAllRows() {
@@ -56,8 +55,16 @@ const Listbox::Row& Listbox::At(std::int32_t row, std::int32_t column) const {
     return rows_[static_cast<std::size_t>(row)];
 }
 
-Listbox::Row& Listbox::At(std::int32_t row, std::int32_t column) {
-    return const_cast<Row&>(std::as_const(*this).At(row, column));
+Listbox::Row& Listbox::Changing(std::int32_t row, std::int32_t column) {
+    auto& found = const_cast<Row&>(At(row, column));
+    MarkRowsChanged(row, row);
+    return found;
+}
+
+void Listbox::MarkRowsChanged(std::int32_t first, std::int32_t last) {
+    changed_.first = std::min(changed_.first, first);
+    changed_.last = std::max(changed_.last, last);
+    MarkChanged();
 }
 
 std::string Listbox::Cell(std::int32_t row, std::int32_t column) const {
@@ -67,7 +74,7 @@ std::string Listbox::Cell(std::int32_t row, std::int32_t column) const {
 
 void Listbox::SetCell(std::int32_t row, std::int32_t column, const std::string& text) {
     const auto place = static_cast<std::size_t>(column);
-    Ref<SharedText>& cell = At(row, column).texts[place];
+    Ref<SharedText>& cell = Changing(row, column).texts[place];
     const Ref<SharedText> above = row > 0 ? At(row - 1, column).texts[place] : nullptr;
     if (text.empty())
         cell = nullptr;
@@ -75,7 +82,6 @@ void Listbox::SetCell(std::int32_t row, std::int32_t column, const std::string& 
         cell = above;
     else
         cell = MakeRef<SharedText>(text);
-    MarkChanged();
 }
 
 std::int32_t Listbox::CellType(std::int32_t row, std::int32_t column) const {
@@ -83,8 +89,7 @@ std::int32_t Listbox::CellType(std::int32_t row, std::int32_t column) const {
 }
 
 void Listbox::SetCellType(std::int32_t row, std::int32_t column, std::int32_t type) {
-    At(row, column).types[static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(type);
-    MarkChanged();
+    Changing(row, column).types[static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(type);
 }
 
 bool Listbox::CellCheck(std::int32_t row, std::int32_t column) const {
@@ -92,8 +97,7 @@ bool Listbox::CellCheck(std::int32_t row, std::int32_t column) const {
 }
 
 void Listbox::SetCellCheck(std::int32_t row, std::int32_t column, bool check) {
-    At(row, column).checks[static_cast<std::size_t>(column)] = check;
-    MarkChanged();
+    Changing(row, column).checks[static_cast<std::size_t>(column)] = check;
 }
 
 std::string Listbox::CellTag(std::int32_t row, std::int32_t column) const {
@@ -101,7 +105,7 @@ std::string Listbox::CellTag(std::int32_t row, std::int32_t column) const {
 }
 
 void Listbox::SetCellTag(std::int32_t row, std::int32_t column, const std::string& tag) {
-    At(row, column).tags[static_cast<std::size_t>(column)] = MakeRef<SharedText>(tag);
+    Changing(row, column).tags[static_cast<std::size_t>(column)] = MakeRef<SharedText>(tag);
 }
 
 void Listbox::SetListIndex(std::int32_t row) {
@@ -134,17 +138,16 @@ void Listbox::PressHeading(std::int32_t column) {
     }
     rows_ = std::move(sorted);
     list_index_ = highlighted;
-    MarkChanged();
+    MarkRowsChanged(0, LastIndex());
 }
 
 void Listbox::ToggleCheck(std::int32_t row) {
     if (row < 0 || row >= ListCount()) return;
-    Row& found = rows_[static_cast<std::size_t>(row)];
-    const auto box = std::find(found.types.begin(), found.types.end(), TypeCheckBox);
-    if (box == found.types.end()) return;
-    bool& check = found.checks[static_cast<std::size_t>(box - found.types.begin())];
-    check = !check;
-    MarkChanged();
+    const auto& types = At(row, 0).types;
+    const auto box = std::find(types.begin(), types.end(), TypeCheckBox);
+    if (box == types.end()) return;
+    const auto column = static_cast<std::int32_t>(box - types.begin());
+    SetCellCheck(row, column, !CellCheck(row, column));
 }
 
 }  // namespace varnith

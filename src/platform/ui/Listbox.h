@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/base/Ref.h"
@@ -64,8 +65,15 @@ class Listbox : public Control {
     // of that row. Without effect where there is none.
     void ToggleCheck(std::int32_t row);
 
-    // How often the list was emptied: a view that remembers rows starts anew at each.
+    // For the view. How often the list was emptied: what a view remembers of rows is void with each.
     std::int32_t Clearings() const { return clearings_; }
+    // For the view. The rows whose cells have changed since it asked last, from the first up to and including
+    // the last; first > last for none. Rows added since count among them, rows that are gone may.
+    struct RowRange {
+        std::int32_t first = INT32_MAX;
+        std::int32_t last = -1;
+    };
+    RowRange TakeChangedRows() { return std::exchange(changed_, {}); }
 
   private:
     struct SharedText : RefCounted {
@@ -81,7 +89,9 @@ class Listbox : public Control {
     };
 
     const Row& At(std::int32_t row, std::int32_t column) const;
-    Row& At(std::int32_t row, std::int32_t column);
+    // The row to write to; notes it as changed.
+    Row& Changing(std::int32_t row, std::int32_t column);
+    void MarkRowsChanged(std::int32_t first, std::int32_t last);
     bool Precedes(const Row& a, const Row& b, std::size_t column) const;
 
     std::vector<std::string> headings_;
@@ -91,6 +101,7 @@ class Listbox : public Control {
     std::int32_t heading_index_ = -1;
     bool sorted_descending_ = false;
     std::int32_t clearings_ = 0;
+    RowRange changed_;
 };
 
 }  // namespace varnith

@@ -64,7 +64,7 @@ void Window::SetDesignSize(std::int32_t width, std::int32_t height) {
 }
 
 void Window::AddControl(Control& control, const Bounds& bounds, const Locks& locks, std::int32_t tab_index) {
-    control.Place(bounds, locks, tab_index);
+    control.Place(*this, bounds, locks, tab_index);
     controls_.push_back(&control);
 }
 

@@ -1,0 +1,174 @@
+#include "platform/qt/ControlViews.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <utility>
+
+#include "platform/qt/Decode.h"
+#include "platform/qt/ListboxView.h"
+#include "platform/ui/CheckBox.h"
+#include "platform/ui/EditField.h"
+#include "platform/ui/Listbox.h"
+#include "platform/ui/PopupMenu.h"
+#include "platform/ui/PushButton.h"
+#include "platform/ui/StaticText.h"
+
+namespace varnith {
+
+namespace {
+
+class StaticTextView : public ControlView {
+  public:
+    StaticTextView(StaticText& text, QLabel& label, FrameClock& clock)
+        : ControlView(text, label, clock), text_(text), label_(label) {
+        label.setTextFormat(Qt::PlainText);
+        Update();
+    }
+
+    void Update() override {
+        ControlView::Update();
+        const Qt::Alignment aligned = text_.TextAlign() == TextAlign::Right    ? Qt::AlignRight
+                                      : text_.TextAlign() == TextAlign::Centre ? Qt::AlignHCenter
+                                                                               : Qt::AlignLeft;
+        label_.setAlignment(aligned | Qt::AlignVCenter);
+        label_.setText(Decoded(text_.Text()));
+    }
+
+  private:
+    StaticText& text_;
+    QLabel& label_;
+};
+
+class EditFieldView : public ControlView {
+  public:
+    EditFieldView(EditField& field, QLineEdit& edit, FrameClock& clock)
+        : ControlView(field, edit, clock), field_(field), edit_(edit) {
+        QPalette colours = edit.palette();
+        colours.setColor(QPalette::Base, Qt::white);
+        colours.setColor(QPalette::Text, Qt::black);
+        edit.setPalette(colours);
+        QObject::connect(&edit, &QLineEdit::textEdited, Connections(),
+                         [&field](const QString& text) { field.SetText(Encoded(text)); });
+        Update();
+    }
+
+    void Update() override {
+        ControlView::Update();
+        edit_.setReadOnly(field_.ReadOnly());
+        const QString text = Decoded(field_.Text());
+        if (edit_.text() == text) return;
+        edit_.setText(text);
+        edit_.setCursorPosition(0);
+    }
+
+  private:
+    EditField& field_;
+    QLineEdit& edit_;
+};
+
+class CheckBoxView : public ControlView {
+  public:
+    CheckBoxView(CheckBox& box, QCheckBox& button, FrameClock& clock)
+        : ControlView(box, button, clock), box_(box), button_(button) {
+        QObject::connect(&button, &QCheckBox::clicked, Connections(),
+                         [&box](bool value) { box.SetValue(value); });
+        Update();
+    }
+
+    void Update() override {
+        ControlView::Update();
+        button_.setText(DecodedCaption(box_.Caption()));
+        button_.setChecked(box_.Value());
+    }
+
+  private:
+    CheckBox& box_;
+    QCheckBox& button_;
+};
+
+class PushButtonView : public ControlView {
+  public:
+    PushButtonView(PushButton& button, QPushButton& widget, FrameClock& clock)
+        : ControlView(button, widget, clock), button_(button), widget_(widget) {
+        QObject::connect(&widget, &QPushButton::clicked, Connections(), [&button] { button.Press(); });
+        Update();
+    }
+
+    void Update() override {
+        ControlView::Update();
+        widget_.setText(DecodedCaption(button_.Caption()));
+    }
+
+  private:
+    PushButton& button_;
+    QPushButton& widget_;
+};
+
+class PopupMenuView : public ControlView {
+  public:
+    PopupMenuView(PopupMenu& menu, QComboBox& box, FrameClock& clock)
+        : ControlView(menu, box, clock), menu_(menu), box_(box) {
+        QObject::connect(&box, &QComboBox::activated, Connections(),
+                         [&menu](int index) { menu.Pick(index); });
+        Update();
+    }
+
+    void Update() override {
+        ControlView::Update();
+        const QSignalBlocker by_program(box_);
+        if (shown_ != menu_.Rows()) {
+            shown_ = menu_.Rows();
+            box_.clear();
+            for (const std::string& row : shown_) box_.addItem(Decoded(row));
+        }
+        box_.setCurrentIndex(menu_.ListIndex());
+    }
+
+  private:
+    PopupMenu& menu_;
+    QComboBox& box_;
+    std::vector<std::string> shown_;
+};
+
+// Makes the view if the control is of that class.
+template <class ViewClass, class WidgetClass, class ControlClass>
+std::unique_ptr<ControlView> MakeIf(ControlClass* control, QWidget& parent, FrameClock& clock) {
+    if (!control) return nullptr;
+    return std::make_unique<ViewClass>(*control, *new WidgetClass(&parent), clock);
+}
+
+}  // namespace
+
+ControlView::ControlView(Control& control, QWidget& widget, FrameClock& clock)
+    : View(control, clock), control_(control), widget_(widget) {}
+
+void ControlView::Update() {
+    const Bounds& bounds = control_.CurrentBounds();
+    widget_.setGeometry(bounds.Left, bounds.Top, bounds.Width, bounds.Height);
+    widget_.setEnabled(control_.Enabled());
+    QFont font = QGuiApplication::font();
+    if (control_.TextSize() > 0) font.setPixelSize(control_.TextSize());
+    if (widget_.font() != font) widget_.setFont(font);
+}
+
+std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock) {
+    if (auto view = MakeIf<StaticTextView, QLabel>(dynamic_cast<StaticText*>(&control), parent, clock))
+        return view;
+    if (auto view = MakeIf<EditFieldView, QLineEdit>(dynamic_cast<EditField*>(&control), parent, clock))
+        return view;
+    if (auto view = MakeIf<CheckBoxView, QCheckBox>(dynamic_cast<CheckBox*>(&control), parent, clock))
+        return view;
+    if (auto view = MakeIf<PushButtonView, QPushButton>(dynamic_cast<PushButton*>(&control), parent, clock))
+        return view;
+    if (auto view = MakeIf<PopupMenuView, QComboBox>(dynamic_cast<PopupMenu*>(&control), parent, clock))
+        return view;
+    return MakeIf<ListboxView, ListboxWidget>(dynamic_cast<Listbox*>(&control), parent, clock);
+}
+
+}  // namespace varnith

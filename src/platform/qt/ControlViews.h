@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "platform/qt/View.h"
+#include "platform/ui/Control.h"
+
+namespace varnith {
+
+// The view of one control: a widget in the window's contents. The widget belongs to its parent; the view
+// takes itself off the control and the widget's signals off itself when it goes.
+class ControlView : public View {
+  public:
+    ControlView(Control& control, QWidget& widget, FrameClock& clock);
+
+    QWidget& Widget() const { return widget_; }
+    void Update() override;
+
+  protected:
+    // The object whose end cuts the widget's signals.
+    QObject* Connections() { return &connections_; }
+
+  private:
+    Control& control_;
+    QWidget& widget_;
+    QObject connections_;
+};
+
+// Makes the view of a control, whatever its class, with its widget in that parent.
+std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock);
+
+}  // namespace varnith

@@ -1,0 +1,162 @@
+#include "platform/qt/ListboxView.h"
+
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QToolTip>
+#include <algorithm>
+
+namespace varnith {
+
+namespace {
+
+constexpr int LeastColumnWidth = 20;
+constexpr int RowPadding = 6;   // above and below a row's text together
+constexpr int CellPadding = 8;  // left and right of a cell's text together, as the styles draw it
+// Letters that the user types are searched in this column, the first behind the check boxes.
+constexpr int SearchColumn = 1;
+
+}  // namespace
+
+ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent) {
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle);
+    setTabKeyNavigation(false);
+    setCornerButtonEnabled(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
+}
+
+void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
+    sharing_columns_.clear();
+    for (int column = 0; column < static_cast<int>(widths.size()); ++column) {
+        const std::int32_t width = widths[static_cast<std::size_t>(column)];
+        if (width > 0)
+            setColumnWidth(column, width);
+        else
+            sharing_columns_.push_back(column);
+    }
+    ShareRest();
+}
+
+// The sharing columns take up what is left over or give what is missing, alike, so widths that the user has
+// given them stay apart by as much.
+void ListboxWidget::ShareRest() {
+    auto sharers = static_cast<int>(sharing_columns_.size());
+    int rest = viewport()->width() - horizontalHeader()->length();
+    for (const int column : sharing_columns_) {
+        const int share = rest / sharers--;
+        setColumnWidth(column, std::max(LeastColumnWidth, columnWidth(column) + share));
+        rest -= share;
+    }
+}
+
+void ListboxWidget::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    ShareRest();
+}
+
+void ListboxWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier)
+        on_space(currentIndex().row());
+    else
+        QTableView::keyPressEvent(event);
+}
+
+QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (action == MoveHome) return model()->index(0, SearchColumn);
+    if (action == MoveEnd) return model()->index(model()->rowCount() - 1, SearchColumn);
+    if (action == MoveLeft || action == MoveRight) {
+        QScrollBar* bar = horizontalScrollBar();
+        bar->triggerAction(action == MoveLeft ? QScrollBar::SliderSingleStepSub
+                                              : QScrollBar::SliderSingleStepAdd);
+        return currentIndex();
+    }
+    const QModelIndex moved = QTableView::moveCursor(action, modifiers);
+    return moved.siblingAtColumn(SearchColumn);
+}
+
+bool ListboxWidget::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        if (ShowTipForCutText(help->pos(), help->globalPos())) return true;
+    }
+    return QTableView::viewportEvent(event);
+}
+
+bool ListboxWidget::ShowTipForCutText(const QPoint& position, const QPoint& global_position) {
+    const QModelIndex index = indexAt(position);
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const QRect cell = visualRect(index);
+    if (text.isEmpty() || fontMetrics().horizontalAdvance(text) + CellPadding <= cell.width()) return false;
+    // As plain text: a name may look like markup.
+    QToolTip::showText(global_position, "<p style='white-space:pre'>" + text.toHtmlEscaped() + "</p>",
+                       viewport(), cell);
+    return true;
+}
+
+ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
+    : ControlView(list, table, clock), list_(list), table_(table), model_(list) {
+    table.setModel(&model_);
+    table.on_space = [&list](int row) { list.ToggleCheck(row); };
+    QObject::connect(table.horizontalHeader(), &QHeaderView::sectionClicked, Connections(),
+                     [&list](int column) { list.PressHeading(column); });
+    QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, Connections(),
+                     [&list](const QModelIndex& current) { list.SetListIndex(current.row()); });
+    Update();
+    table.SetColumnWidths(list.ColumnWidths());
+}
+
+ListboxView::~ListboxView() {
+    table_.setModel(nullptr);
+}
+
+void ListboxView::Update() {
+    ControlView::Update();
+    table_.verticalHeader()->setDefaultSectionSize(table_.fontMetrics().height() + RowPadding);
+    {
+        // The rows go and come by the program here, so the highlight is the list's to say.
+        const QSignalBlocker by_program(table_.selectionModel());
+        model_.Catch();
+    }
+    FollowHighlight();
+    FollowSorting();
+    RepaintChangedRows();
+}
+
+void ListboxView::FollowHighlight() {
+    if (table_.currentIndex().row() == list_.ListIndex()) return;
+    const QModelIndex index = model_.index(list_.ListIndex(), SearchColumn);
+    if (index.isValid())
+        table_.setCurrentIndex(index);
+    else
+        table_.clearSelection();
+}
+
+void ListboxView::FollowSorting() {
+    const int column = list_.HeadingIndex();
+    QHeaderView* header = table_.horizontalHeader();
+    header->setSortIndicatorShown(column >= 0);
+    if (column >= 0)
+        header->setSortIndicator(column, list_.SortedDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+void ListboxView::RepaintChangedRows() {
+    const Listbox::RowRange changed = list_.TakeChangedRows();
+    const int first = table_.rowAt(0);
+    const int last = table_.rowAt(table_.viewport()->height() - 1);
+    const bool below = first < 0 || (last >= 0 && changed.first > last);
+    if (changed.first <= changed.last && !below && changed.last >= first) table_.viewport()->update();
+}
+
+}  // namespace varnith

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QTableView>
+#include <functional>
+#include <vector>
+
+#include "platform/qt/ControlViews.h"
+#include "platform/qt/ListboxModel.h"
+#include "platform/ui/Listbox.h"
+
+namespace varnith {
+
+// The table of a list: whole rows are highlighted one at a time, the arrow keys, Page Up and Down, Home and
+// End move among rows, the space bar ticks, letters find a name, Tab goes on to the next control. Columns
+// without a width of their own share what the others leave.
+class ListboxWidget : public QTableView {
+  public:
+    explicit ListboxWidget(QWidget* parent);
+
+    // The user has pressed the space bar on that row.
+    std::function<void(int row)> on_space;
+
+    // The widths by column; 0 for a column that shares the rest.
+    void SetColumnWidths(const std::vector<std::int32_t>& widths);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    bool viewportEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    void ShareRest();
+    bool ShowTipForCutText(const QPoint& position, const QPoint& global_position);
+
+    std::vector<int> sharing_columns_;
+};
+
+class ListboxView : public ControlView {
+  public:
+    ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock);
+    ~ListboxView() override;
+
+    void Update() override;
+
+  private:
+    void FollowHighlight();
+    void FollowSorting();
+    void RepaintChangedRows();
+
+    Listbox& list_;
+    ListboxWidget& table_;
+    ListboxModel model_;
+};
+
+}  // namespace varnith

@@ -1,0 +1,50 @@
+#include "platform/qt/MenuBarView.h"
+
+#include <QMenu>
+#include <string_view>
+
+#include "platform/ui/Application.h"
+
+namespace varnith {
+
+namespace {
+
+// The command key of a shortcut is the control key here.
+QKeySequence ToKeySequence(const std::string& shortcut) {
+    constexpr std::string_view command = "Cmd+";
+    if (!shortcut.starts_with(command)) return {};
+    return QKeySequence(QString::fromStdString("Ctrl+" + shortcut.substr(command.size())));
+}
+
+}  // namespace
+
+MenuBarView::MenuBarView(const Ref<MenuBar>& menus, QMenuBar& bar) {
+    for (const Ref<MenuItem>& menu : menus->Items()) {
+        QMenu* shown = bar.addMenu(QString::fromStdString(menu->Text));
+        QObject::connect(shown, &QMenu::aboutToShow, &connections_, [this] { UpdateEnabled(); });
+        Fill(menu, *shown);
+    }
+    UpdateEnabled();
+}
+
+void MenuBarView::Fill(const Ref<MenuItem>& items, QMenu& menu) {
+    for (const Ref<MenuItem>& item : items->Items()) {
+        if (item->IsSeparator()) {
+            menu.addSeparator();
+            continue;
+        }
+        QAction* action = menu.addAction(QString::fromStdString(item->Text));
+        action->setShortcut(ToKeySequence(item->KeyboardShortcut));
+        // Where the desktop has a menu of the application's own, entries stay where the tree has them.
+        action->setMenuRole(QAction::NoRole);
+        QObject::connect(action, &QAction::triggered, &connections_,
+                         [item] { Application::Current().Choose(item); });
+        entries_.emplace_back(item, action);
+    }
+}
+
+void MenuBarView::UpdateEnabled() {
+    for (const auto& [item, action] : entries_) action->setEnabled(Application::Current().IsEnabled(*item));
+}
+
+}  // namespace varnith

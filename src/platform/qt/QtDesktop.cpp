@@ -1,0 +1,98 @@
+#include "platform/qt/QtDesktop.h"
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QScreen>
+#include <QUrl>
+#include <utility>
+
+#include "platform/qt/Decode.h"
+#include "platform/qt/QtWindow.h"
+#include "platform/threads/Scheduler.h"
+
+namespace varnith {
+
+QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv) {
+    // When the program ends is its own to say.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationName(QStringLiteral("Varnith"));
+    turn_timer_.setSingleShot(true);
+    QObject::connect(&turn_timer_, &QTimer::timeout, [this] {
+        Scheduler::Current().Turn();
+        ScheduleTurn();
+    });
+    Scheduler::Current().SetWakeUp([this] { ScheduleTurn(); });
+}
+
+QtDesktop::~QtDesktop() {
+    Scheduler::Current().SetWakeUp(nullptr);
+}
+
+void QtDesktop::ScheduleTurn() {
+    if (const auto wait = Scheduler::Current().UntilNextTurn())
+        turn_timer_.start(*wait);
+    else
+        turn_timer_.stop();
+}
+
+int QtDesktop::RunEventLoop() {
+    return QApplication::exec();
+}
+
+void QtDesktop::Quit(int status) {
+    QApplication::exit(status);
+}
+
+std::unique_ptr<WindowView> QtDesktop::Show(Window& window) {
+    return std::make_unique<QtWindow>(window, *this, clock_);
+}
+
+Desktop::Size QtDesktop::ScreenSize(int screen) const {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    if (screen < 0 || screen >= screens.size()) return {0, 0};
+    const QSize size = screens[screen]->size();
+    return {size.width(), size.height()};
+}
+
+std::optional<std::string> QtDesktop::ChooseFolder() {
+    const QString folder =
+        QFileDialog::getExistingDirectory(QApplication::activeWindow(), QString(), last_folder_);
+    if (folder.isEmpty()) return std::nullopt;
+    last_folder_ = folder;
+    return QFile::encodeName(folder).toStdString();
+}
+
+void QtDesktop::ShowMessage(const std::string& text) {
+    QMessageBox box(QApplication::activeWindow());
+    box.setWindowTitle(QApplication::applicationName());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString::fromStdString(text));
+    box.exec();
+}
+
+void QtDesktop::OpenURL(const std::string& url) {
+    QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
+}
+
+bool QtDesktop::IsCommandKeyDown() const {
+    return IsDown(Qt::MetaModifier);
+}
+
+bool QtDesktop::IsControlKeyDown() const {
+    return IsDown(Qt::ControlModifier);
+}
+
+bool QtDesktop::IsDown(Qt::KeyboardModifier modifier) const {
+    return (delivered_ | QGuiApplication::queryKeyboardModifiers()).testFlag(modifier);
+}
+
+QtDesktop::DeliveredModifiers::DeliveredModifiers(QtDesktop& desktop, Qt::KeyboardModifiers modifiers)
+    : desktop_(desktop), previous_(std::exchange(desktop.delivered_, modifiers)) {}
+
+QtDesktop::DeliveredModifiers::~DeliveredModifiers() {
+    desktop_.delivered_ = previous_;
+}
+
+}  // namespace varnith

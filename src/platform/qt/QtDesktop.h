@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QApplication>
+#include <QTimer>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/qt/View.h"
+#include "platform/ui/Desktop.h"
+
+namespace varnith {
+
+// The desktop by means of Qt. Its event loop also gives the program's threads their turns, in the inner
+// loops of dialogs as well.
+class QtDesktop : public Desktop {
+  public:
+    // The arguments are Qt's own; they and the references to them have to outlive the desktop.
+    QtDesktop(int& argc, char** argv);
+    ~QtDesktop() override;
+
+    int RunEventLoop() override;
+    void Quit(int status) override;
+    std::unique_ptr<WindowView> Show(Window& window) override;
+    Size ScreenSize(int screen) const override;
+    std::optional<std::string> ChooseFolder() override;
+    void ShowMessage(const std::string& text) override;
+    void OpenURL(const std::string& url) override;
+    bool IsCommandKeyDown() const override;
+    bool IsControlKeyDown() const override;
+
+    // While it lives, these keys count as down: a key press is being delivered that was made with them.
+    class DeliveredModifiers {
+      public:
+        DeliveredModifiers(QtDesktop& desktop, Qt::KeyboardModifiers modifiers);
+        DeliveredModifiers(const DeliveredModifiers&) = delete;
+        DeliveredModifiers& operator=(const DeliveredModifiers&) = delete;
+        ~DeliveredModifiers();
+
+      private:
+        QtDesktop& desktop_;
+        Qt::KeyboardModifiers previous_;
+    };
+
+  private:
+    void ScheduleTurn();
+    bool IsDown(Qt::KeyboardModifier modifier) const;
+
+    QApplication application_;
+    FrameClock clock_;
+    QTimer turn_timer_;
+    Qt::KeyboardModifiers delivered_;
+    QString last_folder_;
+};
+
+}  // namespace varnith

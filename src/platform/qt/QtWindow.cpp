@@ -1,0 +1,134 @@
+#include "platform/qt/QtWindow.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QWindow>
+#include <algorithm>
+
+#include "platform/qt/Decode.h"
+#include "platform/qt/QtDesktop.h"
+#include "platform/ui/Application.h"
+
+namespace varnith {
+
+namespace {
+
+// "[*]" in a title is Qt's mark for "modified"; written twice it is meant as it stands.
+QString DecodedTitle(const std::string& title) {
+    return Decoded(title).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+}
+
+// The key as the program is told of it: as if neither the command nor the control key were down.
+std::string KeyText(const QKeyEvent& event) {
+    const int key = event.key();
+    if (key < Qt::Key_A || key > Qt::Key_Z) return Encoded(event.text());
+    const bool upper = event.modifiers().testFlag(Qt::ShiftModifier);
+    return std::string(1, static_cast<char>(key - Qt::Key_A + (upper ? 'A' : 'a')));
+}
+
+}  // namespace
+
+QtWindow::QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock)
+    : View(window, clock),
+      window_(window),
+      desktop_(desktop),
+      clock_(clock),
+      frame_(new QMainWindow),
+      contents_(new QWidget(frame_)) {
+    BuildFrame();
+    BuildControls();
+    PlaceOnScreen();
+    Update();
+    frame_->show();
+    frame_->windowHandle()->installEventFilter(this);
+}
+
+QtWindow::~QtWindow() {
+    views_.clear();
+    menus_.reset();
+    if (frame_->windowHandle()) frame_->windowHandle()->removeEventFilter(this);
+    frame_->removeEventFilter(this);
+    contents_->removeEventFilter(this);
+    frame_->hide();
+    frame_->deleteLater();
+}
+
+void QtWindow::BuildFrame() {
+    const Window::Style& style = window_.GetStyle();
+    frame_->setCentralWidget(contents_);
+    if (window_.MenuBar()) menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
+    frame_->setWindowFlag(Qt::WindowMaximizeButtonHint, style.MaximizeButton);
+    frame_->setWindowFlag(Qt::WindowMinimizeButtonHint, style.MinimizeButton);
+    frame_->setWindowFlag(Qt::WindowCloseButtonHint, style.CloseButton);
+    if (style.Resizeable) {
+        contents_->setMinimumSize(style.MinWidth, style.MinHeight);
+        contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
+    } else {
+        contents_->setFixedSize(window_.Width(), window_.Height());
+    }
+    frame_->installEventFilter(this);
+    contents_->installEventFilter(this);
+}
+
+void QtWindow::BuildControls() {
+    for (Control* control : window_.Controls()) views_.push_back(MakeView(*control, *contents_, clock_));
+
+    std::vector<Control*> by_tab = window_.Controls();
+    std::stable_sort(by_tab.begin(), by_tab.end(),
+                     [](const Control* a, const Control* b) { return a->TabIndex() < b->TabIndex(); });
+    QWidget* previous = nullptr;
+    for (const Control* control : by_tab) {
+        const auto place = std::find(window_.Controls().begin(), window_.Controls().end(), control);
+        QWidget& widget = views_[static_cast<std::size_t>(place - window_.Controls().begin())]->Widget();
+        if (previous) QWidget::setTabOrder(previous, &widget);
+        previous = &widget;
+    }
+}
+
+// The window's size is that of its contents; the menu bar comes on top of it.
+void QtWindow::PlaceOnScreen() {
+    const int bar = menus_ ? frame_->menuBar()->sizeHint().height() : 0;
+    frame_->resize(window_.Width(), window_.Height() + bar);
+    frame_->move(window_.Left(), window_.Top());
+}
+
+void QtWindow::BringToFront() {
+    frame_->show();
+    frame_->raise();
+    frame_->activateWindow();
+}
+
+void QtWindow::Update() {
+    frame_->setWindowTitle(DecodedTitle(window_.Title()));
+    if (refreshes_ == window_.Refreshes()) return;
+    refreshes_ = window_.Refreshes();
+    frame_->update();
+    for (QWidget* widget : frame_->findChildren<QWidget*>()) widget->update();
+}
+
+bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == frame_ && event->type() == QEvent::Close) {
+        event->ignore();
+        window_.Close();
+        return true;
+    }
+    if (watched == frame_ && event->type() == QEvent::WindowActivate) {
+        Application::Current().SetFrontWindow(window_);
+        if (menus_) menus_->UpdateEnabled();
+    }
+    if (watched == contents_ && event->type() == QEvent::Resize) {
+        window_.SetSize(contents_->width(), contents_->height());
+        clock_.Flush();
+    }
+    if (watched == frame_->windowHandle() && event->type() == QEvent::KeyPress)
+        return DeliverKeyPress(*static_cast<QKeyEvent*>(event));
+    return false;
+}
+
+bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
+    const QtDesktop::DeliveredModifiers delivered(desktop_, event.modifiers());
+    return window_.PressKey(KeyText(event));
+}
+
+}  // namespace varnith

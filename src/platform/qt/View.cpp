@@ -1,0 +1,53 @@
+#include "platform/qt/View.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace varnith {
+
+namespace {
+constexpr qint64 FrameMilliseconds = 16;
+}
+
+FrameClock::FrameClock() {
+    timer_.setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&timer_, &QTimer::timeout, [this] { Flush(); });
+    since_last_frame_.start();
+}
+
+void FrameClock::Add(View& view) {
+    stale_.push_back(&view);
+    if (timer_.isActive()) return;
+    timer_.start(static_cast<int>(std::max<qint64>(0, FrameMilliseconds - since_last_frame_.elapsed())));
+}
+
+void FrameClock::Remove(View& view) {
+    std::erase(stale_, &view);
+}
+
+void FrameClock::Flush() {
+    timer_.stop();
+    for (View* view : std::exchange(stale_, {})) {
+        view->stale_ = false;
+        view->Update();
+    }
+    since_last_frame_.start();
+}
+
+View::View(Observed& observed, FrameClock& clock) : observed_(observed), clock_(clock) {
+    observed_.SetObserver(this);
+}
+
+View::~View() {
+    observed_.SetObserver(nullptr);
+    if (stale_) clock_.Remove(*this);
+}
+
+void View::Changed() {
+    if (stale_) return;
+    stale_ = true;
+    clock_.Add(*this);
+}
+
+}  // namespace varnith
