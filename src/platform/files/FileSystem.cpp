@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <dirent.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
@@ -25,24 +26,34 @@ FileKind KindOf(mode_t mode) {
 }
 
 // A path that the system takes: one longer than PATH_MAX is walked down in pieces, each relative to the
-// folder that the piece before it led to.
-struct Place {
-    FileHandle folder;
-    std::string path;  // relative to `folder` if there is one
-
-    explicit Place(const std::string& whole) : path(whole) {
-        while (path.size() >= PATH_MAX) {
-            const std::size_t cut = path.rfind('/', PATH_MAX - 2);
-            if (cut == path.npos || cut == 0) return;
-            folder =
-                FileHandle(openat(Base(), path.substr(0, cut).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-            path.erase(0, cut + 1);
-            if (!folder) return;
-        }
+// folder that the piece before it led to. REQUIRES: the path outlives it.
+class Place {
+  public:
+    explicit Place(const std::string& whole) : path_(whole.c_str()), length_(whole.size()) {
+        while (length_ >= PATH_MAX && StepDown()) continue;
     }
 
-    int Base() const { return folder ? folder.Descriptor() : AT_FDCWD; }
-    int Open(int flags) const { return openat(Base(), path.c_str(), flags | O_CLOEXEC); }
+    // A step that led nowhere leaves a descriptor that is none, and every call on it fails.
+    int Base() const { return stepped_ ? folder_.Descriptor() : AT_FDCWD; }
+    const char* Path() const { return path_; }
+    int Open(int flags) const { return openat(Base(), path_, flags | O_CLOEXEC); }
+
+  private:
+    bool StepDown() {
+        const std::size_t cut = std::string_view(path_, length_).rfind('/', PATH_MAX - 2);
+        if (cut == std::string_view::npos || cut == 0) return false;
+        const std::string piece(path_, cut);
+        folder_ = FileHandle(openat(Base(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        stepped_ = true;
+        path_ += cut + 1;
+        length_ -= cut + 1;
+        return static_cast<bool>(folder_);
+    }
+
+    FileHandle folder_;
+    bool stepped_ = false;
+    const char* path_;  // relative to the folder if there is one
+    std::size_t length_;
 };
 
 std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
@@ -89,14 +100,10 @@ FileHandle FileSystem::OpenForReading(const std::string& path) const {
 std::size_t FileSystem::ReadAt(const FileHandle& file, void* bytes, std::size_t size,
                                std::uint64_t offset) const {
     if (offset > static_cast<std::uint64_t>(INT64_MAX)) return 0;
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t count = pread(file.Descriptor(), static_cast<char*>(bytes) + done, size - done,
-                                    static_cast<off_t>(offset + done));
-        if (count <= 0) break;
-        done += static_cast<std::size_t>(count);
-    }
-    return done;
+    ssize_t count;
+    do count = pread(file.Descriptor(), bytes, size, static_cast<off_t>(offset));
+    while (count < 0 && errno == EINTR);
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
 std::optional<FileStatus> FileSystem::Status(const FileHandle& file) const {
@@ -107,7 +114,7 @@ std::optional<FileStatus> FileSystem::Status(const FileHandle& file) const {
 std::optional<FileStatus> FileSystem::Status(const std::string& path) const {
     const Place place(path);
     struct stat status;
-    return ToStatus(fstatat(place.Base(), place.path.c_str(), &status, 0), status);
+    return ToStatus(fstatat(place.Base(), place.Path(), &status, 0), status);
 }
 
 std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {

@@ -46,8 +46,8 @@ class FileSystem {
     // Opens a file for reading, never waiting for the other end of a FIFO. Empty on failure.
     virtual FileHandle OpenForReading(const std::string& path) const;
 
-    // Reads up to `size` bytes at an offset. Returns the number of bytes read: fewer at the end of the
-    // file, 0 behind it or on failure.
+    // Reads up to `size` bytes at an offset, in one call. Returns the number of bytes read: maybe fewer, 0
+    // only behind the end of the file or on failure.
     virtual std::size_t ReadAt(const FileHandle& file, void* bytes, std::size_t size,
                                std::uint64_t offset) const;
 

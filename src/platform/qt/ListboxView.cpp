@@ -114,6 +114,8 @@ ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
     QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, Connections(),
                      [&list](const QModelIndex& current) { list.SetListIndex(current.row()); });
     Update();
+    // Once, and not at each update: it costs as much as there are rows.
+    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + RowPadding);
     table.SetColumnWidths(list.ColumnWidths());
 }
 
@@ -123,7 +125,6 @@ ListboxView::~ListboxView() {
 
 void ListboxView::Update() {
     ControlView::Update();
-    table_.verticalHeader()->setDefaultSectionSize(table_.fontMetrics().height() + RowPadding);
     {
         // The rows go and come by the program here, so the highlight is the list's to say.
         const QSignalBlocker by_program(table_.selectionModel());

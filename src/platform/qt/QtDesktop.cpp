@@ -1,6 +1,7 @@
 #include "platform/qt/QtDesktop.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -14,7 +15,7 @@
 
 namespace varnith {
 
-QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv) {
+QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv), last_folder_(QDir::homePath()) {
     // When the program ends is its own to say.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));

@@ -11,7 +11,7 @@ namespace varnith {
 class View;
 
 // Brings the stale views up to date, all together and at most once a frame. A scan changes the list and
-// the title a hundred thousand times a second; the window system hears of it sixty times.
+// the title a hundred thousand times a second; the window system hears of it thirty times.
 class FrameClock {
   public:
     FrameClock();
