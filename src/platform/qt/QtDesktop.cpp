@@ -11,6 +11,7 @@
 
 #include "platform/qt/Decode.h"
 #include "platform/qt/QtWindow.h"
+#include "platform/qt/ReadableStyle.h"
 #include "platform/threads/Scheduler.h"
 
 namespace varnith {
@@ -19,6 +20,7 @@ QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv), last_fo
     // When the program ends is its own to say.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));
+    QApplication::setStyle(new ReadableStyle);
     turn_timer_.setSingleShot(true);
     QObject::connect(&turn_timer_, &QTimer::timeout, [this] {
         Scheduler::Current().Turn();

@@ -1,0 +1,20 @@
+#include "platform/qt/ReadableStyle.h"
+
+#include <QStyleOption>
+
+namespace varnith {
+
+void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                  const QWidget* widget) const {
+    const auto* box =
+        element == PE_IndicatorCheckBox ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+    if (!box || box->palette.base().color().lightness() > box->palette.text().color().lightness()) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionButton readable(*box);
+    readable.palette.setColor(QPalette::Window, box->palette.text().color());
+    QProxyStyle::drawPrimitive(element, &readable, painter, widget);
+}
+
+}  // namespace varnith
