@@ -103,6 +103,7 @@ class PushButtonView : public ControlView {
     void Update() override {
         ControlView::Update();
         widget_.setText(DecodedCaption(button_.Caption()));
+        widget_.setDefault(button_.Default());
     }
 
   private:

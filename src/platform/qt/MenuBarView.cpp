@@ -43,6 +43,18 @@ void MenuBarView::Fill(const Ref<MenuItem>& items, QMenu& menu) {
     }
 }
 
+void MenuBarView::AddShortcuts(const MenuItem& menus, QWidget& window) {
+    for (const Ref<MenuItem>& item : menus.Items()) {
+        AddShortcuts(*item, window);
+        if (item->KeyboardShortcut.empty()) continue;
+        auto* action = new QAction(&window);
+        action->setShortcut(ToKeySequence(item->KeyboardShortcut));
+        QObject::connect(action, &QAction::triggered, &window,
+                         [item] { Application::Current().Choose(item); });
+        window.addAction(action);
+    }
+}
+
 void MenuBarView::UpdateEnabled() {
     for (const auto& [item, action] : entries_) action->setEnabled(Application::Current().IsEnabled(*item));
 }

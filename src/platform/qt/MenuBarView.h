@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QMenuBar>
+#include <QWidget>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,9 @@ class MenuBarView {
   public:
     // REQUIRES: the bar outlives the view.
     MenuBarView(const Ref<MenuBar>& menus, QMenuBar& bar);
+
+    // Lets a window without a bar of its own answer the shortcuts of the application's.
+    static void AddShortcuts(const MenuItem& menus, QWidget& window);
 
     // Greys and ungreys the entries by what is in front now.
     void UpdateEnabled();

@@ -1,8 +1,13 @@
 #include "platform/qt/QtWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
 #include <QWindow>
 #include <algorithm>
 
@@ -57,7 +62,12 @@ QtWindow::~QtWindow() {
 void QtWindow::BuildFrame() {
     const Window::Style& style = window_.GetStyle();
     frame_->setCentralWidget(contents_);
-    if (window_.MenuBar()) menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
+    if (window_.MenuBar())
+        menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
+    else if (Application::Current().MenuBar())
+        MenuBarView::AddShortcuts(*Application::Current().MenuBar(), *frame_);
+    frame_->setWindowFlag(Qt::WindowTitleHint);
+    frame_->setWindowFlag(Qt::WindowSystemMenuHint);
     frame_->setWindowFlag(Qt::WindowMaximizeButtonHint, style.MaximizeButton);
     frame_->setWindowFlag(Qt::WindowMinimizeButtonHint, style.MinimizeButton);
     frame_->setWindowFlag(Qt::WindowCloseButtonHint, style.CloseButton);
@@ -66,6 +76,14 @@ void QtWindow::BuildFrame() {
         contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
     } else {
         contents_->setFixedSize(window_.Width(), window_.Height());
+    }
+    if (style.Frame == Window::FrameKind::MovableModal) {
+        frame_->setWindowFlag(Qt::Dialog);
+        frame_->setWindowModality(Qt::ApplicationModal);
+    }
+    if (style.WhiteBackground) {
+        contents_->setPalette(QPalette(Qt::black, Qt::white));
+        contents_->setAutoFillBackground(true);
     }
     frame_->installEventFilter(this);
     contents_->installEventFilter(this);
@@ -90,7 +108,17 @@ void QtWindow::BuildControls() {
 void QtWindow::PlaceOnScreen() {
     const int bar = menus_ ? frame_->menuBar()->sizeHint().height() : 0;
     frame_->resize(window_.Width(), window_.Height() + bar);
+    QWidget* parent = QApplication::activeWindow();
+    if (window_.GetStyle().Placement == Window::PlacementKind::ParentScreen) {
+        const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();
+        const QPoint corner = screen->geometry().center() - frame_->rect().center();
+        window_.SetLeft(corner.x());
+        window_.SetTop(corner.y());
+    }
     frame_->move(window_.Left(), window_.Top());
+    frame_->winId();  // makes the window's handle
+    if (window_.GetStyle().Frame == Window::FrameKind::MovableModal && parent)
+        frame_->windowHandle()->setTransientParent(parent->windowHandle());
 }
 
 void QtWindow::BringToFront() {
@@ -110,7 +138,8 @@ void QtWindow::Update() {
 bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == frame_ && event->type() == QEvent::Close) {
         event->ignore();
-        window_.Close();
+        // A window manager may offer to close what has no button for it.
+        if (window_.GetStyle().CloseButton) window_.Close();
         return true;
     }
     if (watched == frame_ && event->type() == QEvent::WindowActivate) {
@@ -127,8 +156,26 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
-    const QtDesktop::DeliveredModifiers delivered(desktop_, event.modifiers());
-    return window_.PressKey(KeyText(event));
+    // The window may be closed by the key, and this view with it.
+    const QPointer<QtWindow> self(this);
+    {
+        const QtDesktop::DeliveredModifiers delivered(desktop_, event.modifiers());
+        if (window_.PressKey(KeyText(event)) || !self) return true;
+    }
+    const bool is_return = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return is_return && PressDefaultButton();
+}
+
+// Return belongs to the default button, unless a text of several lines or another button has the focus.
+bool QtWindow::PressDefaultButton() {
+    const QWidget* focus = frame_->focusWidget();
+    if (qobject_cast<const QPlainTextEdit*>(focus) || qobject_cast<const QPushButton*>(focus)) return false;
+    for (QPushButton* button : contents_->findChildren<QPushButton*>()) {
+        if (!button->isDefault()) continue;
+        button->click();
+        return true;
+    }
+    return false;
 }
 
 }  // namespace varnith

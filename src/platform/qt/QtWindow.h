@@ -34,6 +34,7 @@ class QtWindow : public QObject, public View, public WindowView {
     void BuildControls();
     void PlaceOnScreen();
     bool DeliverKeyPress(const QKeyEvent& event);
+    bool PressDefaultButton();
 
     Window& window_;
     QtDesktop& desktop_;

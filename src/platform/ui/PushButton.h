@@ -15,6 +15,10 @@ class PushButton : public Control {
     void SetCaption(std::string caption) { Set(caption_, std::move(caption)); }
     const std::string& Caption() const { return caption_; }
 
+    // The default button is pressed by the Return key too, from anywhere in its window.
+    void SetDefault(bool is_default) { Set(default_, is_default); }
+    bool Default() const { return default_; }
+
     // The user presses the button; a disabled one does nothing.
     void Press() {
         if (Enabled()) Fire(Action);
@@ -22,6 +26,7 @@ class PushButton : public Control {
 
   private:
     std::string caption_;
+    bool default_ = false;
 };
 
 }  // namespace varnith

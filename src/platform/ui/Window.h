@@ -48,8 +48,16 @@ class Window : public RefCounted, public Observed {
     std::int32_t Width() const { return width_; }
     std::int32_t Height() const { return height_; }
 
+    // How a window stands to the others: one of several documents, or a modal one, which can be moved but
+    // keeps the program's other windows from answering until it is closed.
+    enum class FrameKind : std::uint8_t { Document = 0, MovableModal = 1 };
+    // Where a window comes up: where its Left and Top say, or in the middle of its parent's screen.
+    enum class PlacementKind : std::uint8_t { Default = 0, ParentScreen = 3 };
+
     // The layout of a window, fixed before it opens.
     struct Style {
+        FrameKind Frame = FrameKind::Document;
+        PlacementKind Placement = PlacementKind::Default;
         std::int32_t MinWidth = 64;
         std::int32_t MinHeight = 64;
         std::int32_t MaxWidth = 32000;
@@ -58,6 +66,8 @@ class Window : public RefCounted, public Observed {
         bool CloseButton = true;
         bool MaximizeButton = true;
         bool MinimizeButton = true;
+        // White behind the controls, whatever the desktop's colours; the texts on it are black.
+        bool WhiteBackground = false;
     };
     const Style& GetStyle() const { return style_; }
 
