@@ -81,10 +81,12 @@ std::size_t BytesOf(std::string_view text, std::int32_t count) {
 
 // Takes the digits at the front of a text off it and returns them without their leading zeros.
 std::string_view TakeNumber(std::string_view& text) {
-    const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
-    std::string_view digits = text.substr(0, end);
+    std::size_t end = 0;
+    while (end < text.size() && IsDigit(text[end])) ++end;
+    std::size_t start = 0;
+    while (start < end && text[start] == '0') ++start;
+    const std::string_view digits = text.substr(start, end - start);
     text.remove_prefix(end);
-    digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
     return digits;
 }
 
@@ -160,16 +162,17 @@ std::strong_ordering CompareNaturally(std::string_view a, std::string_view b) {
     std::string_view left = a;
     std::string_view right = b;
     while (!left.empty() && !right.empty()) {
-        if (IsDigit(left.front()) && IsDigit(right.front())) {
-            const std::string_view x = TakeNumber(left);
-            const std::string_view y = TakeNumber(right);
-            if (x.size() != y.size()) return x.size() <=> y.size();
-            if (x != y) return x <=> y;
+        const char x = left.front();
+        const char y = right.front();
+        if (IsDigit(x) && IsDigit(y)) {
+            const std::string_view m = TakeNumber(left);
+            const std::string_view n = TakeNumber(right);
+            if (m.size() != n.size()) return m.size() <=> n.size();
+            if (m != n) return m <=> n;
             continue;
         }
-        const auto x = static_cast<unsigned char>(LowerAscii(left.front()));
-        const auto y = static_cast<unsigned char>(LowerAscii(right.front()));
-        if (x != y) return x <=> y;
+        if (LowerAscii(x) != LowerAscii(y))
+            return static_cast<unsigned char>(LowerAscii(x)) <=> static_cast<unsigned char>(LowerAscii(y));
         left.remove_prefix(1);
         right.remove_prefix(1);
     }

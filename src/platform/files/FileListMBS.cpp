@@ -8,7 +8,7 @@ FileListMBS::FileListMBS(const Ref<FolderItem>& folder)
     : folder_(folder), listing_(ListFolder(folder->AbsolutePath())) {}
 
 Ref<FolderItem> FileListMBS::Item(std::int32_t index) const {
-    return MakeRef<FolderItem>(folder_, At(index).name);
+    return MakeRef<FolderItem>(folder_, At(index));
 }
 
 const ListedEntry& FileListMBS::At(std::int32_t index) const {

@@ -18,7 +18,7 @@ class FileListMBS {
     std::int32_t Count() const { return static_cast<std::int32_t>(listing_.size()); }
 
     // Whether the entry itself is a directory; a link to one is not.
-    bool Directory(std::int32_t index) const { return At(index).directory; }
+    bool Directory(std::int32_t index) const { return At(index).kind == FileKind::Directory; }
 
     bool Visible(std::int32_t index) const { return At(index).visible; }
 

@@ -10,6 +10,9 @@ namespace varnith {
 FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
     : parent_(std::move(parent)), name_(std::move(name)) {}
 
+FolderItem::FolderItem(Ref<FolderItem> parent, const ListedEntry& entry)
+    : parent_(std::move(parent)), name_(entry.name), listed_as_regular_(entry.kind == FileKind::Regular) {}
+
 Ref<FolderItem> FolderItem::FromPath(const std::string& absolute_path) {
     auto item = MakeRef<FolderItem>(nullptr, "");
     std::istringstream pieces(absolute_path);
@@ -54,7 +57,7 @@ std::int32_t FolderItem::Count() {
 Ref<FolderItem> FolderItem::Item(std::int32_t index) {
     if (!listed_) Count();
     if (index < 1 || static_cast<std::size_t>(index) > listing_.size()) return nullptr;
-    return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1].name);
+    return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1]);
 }
 
 Ref<FolderItem> ApplicationItem() {

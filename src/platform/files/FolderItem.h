@@ -35,6 +35,9 @@ class FolderItem : public RefCounted {
     // Whether something is there; a link that leads nowhere is not.
     bool Exists() const;
 
+    // Whether a listing had the item as a regular file, which is known without asking the disk again.
+    bool ListedAsRegular() const { return listed_as_regular_; }
+
     // Whether the item is visible to the user, as the desktops' file managers have it.
     bool Visible() const;
 
@@ -52,9 +55,11 @@ class FolderItem : public RefCounted {
     friend Ref<T> MakeRef(Arguments&&... arguments);
 
     FolderItem(Ref<FolderItem> parent, std::string name);
+    FolderItem(Ref<FolderItem> parent, const ListedEntry& entry);
 
     Ref<FolderItem> parent_;
     std::string name_;
+    bool listed_as_regular_ = false;
     std::vector<ListedEntry> listing_;
     bool listed_ = false;
 };

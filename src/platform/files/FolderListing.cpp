@@ -5,7 +5,6 @@
 #include <unordered_set>
 
 #include "platform/base/Text.h"
-#include "platform/files/FileSystem.h"
 
 namespace varnith {
 
@@ -38,7 +37,7 @@ std::vector<ListedEntry> ListFolder(const std::string& path) {
     listing.reserve(entries.size());
     for (DirectoryEntry& entry : entries) {
         const bool visible = IsVisible(entry.name, hidden);
-        listing.push_back({std::move(entry.name), entry.kind == FileKind::Directory, visible});
+        listing.push_back({std::move(entry.name), entry.kind, visible});
     }
     return listing;
 }

@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/FileSystem.h"
+
 namespace varnith {
 
 struct ListedEntry {
     std::string name;
-    bool directory;  // of the entry itself: a link to a folder is none, so no walk can go round in circles
+    FileKind kind;  // of the entry itself: a link to a folder is a link, so no walk can go round in circles
     bool visible;
 };
 
