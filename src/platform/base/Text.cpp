@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <clocale>
-#include <cwctype>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "platform/base/Characters.h"
 
 namespace varnith {
 
@@ -16,68 +20,7 @@ char LowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool IsAscii(std::string_view text) {
-    return std::none_of(text.begin(), text.end(),
-                        [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
-struct Character {
-    std::int32_t code;
-    std::size_t bytes;
-    bool valid;
-};
-
-// The character at the start of a text that is not empty (RFC 3629, section 4). What is no UTF-8 gives its
-// first byte.
-Character FirstCharacter(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(0);
-    const Character broken{lead, 1, false};
-    if (lead < 0x80) return {lead, 1, true};
-    const std::size_t bytes = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < bytes) return broken;
-    std::int32_t code = lead & (0xFF >> (bytes + 1));
-    for (std::size_t i = 1; i < bytes; ++i) {
-        if ((byte(i) & 0xC0) != 0x80) return broken;
-        code = code << 6 | (byte(i) & 0x3F);
-    }
-    const bool overlong = (bytes == 3 && code < 0x800) || (bytes == 4 && code < 0x10000);
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (overlong || surrogate || code > 0x10FFFF) return broken;
-    return {code, bytes, true};
-}
-
-void AppendUtf8(std::string& text, std::uint32_t code) {
-    const auto tail = [&](int shift) { text += static_cast<char>(0x80 | (code >> shift & 0x3F)); };
-    if (code < 0x80) {
-        text += static_cast<char>(code);
-    } else if (code < 0x800) {
-        text += static_cast<char>(0xC0 | code >> 6);
-        tail(0);
-    } else if (code < 0x10000) {
-        text += static_cast<char>(0xE0 | code >> 12);
-        tail(6);
-        tail(0);
-    } else {
-        text += static_cast<char>(0xF0 | code >> 18);
-        tail(12);
-        tail(6);
-        tail(0);
-    }
-}
-
-// Case pairs as the C library's own UTF-8 locale has them, whatever locale the user runs.
-locale_t CaseLocale() {
-    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    return locale;
-}
-
-// Skips `count` characters and returns the number of bytes skipped.
-std::size_t BytesOf(std::string_view text, std::int32_t count) {
-    std::size_t bytes = 0;
-    for (; count > 0 && bytes < text.size(); --count) bytes += FirstCharacter(text.substr(bytes)).bytes;
-    return bytes;
-}
+constexpr std::string_view WhiteSpace = " \t\n\v\f\r";
 
 // Takes the digits at the front of a text off it and returns them without their leading zeros.
 std::string_view TakeNumber(std::string_view& text) {
@@ -91,28 +34,6 @@ std::string_view TakeNumber(std::string_view& text) {
 }
 
 }  // namespace
-
-std::int32_t CountFields(std::string_view text, std::string_view separator) {
-    if (text.empty()) return 0;
-    if (separator.empty()) return 1;
-    std::int32_t fields = 1;
-    for (std::size_t at = text.find(separator); at != text.npos;
-         at = text.find(separator, at + separator.size()))
-        ++fields;
-    return fields;
-}
-
-std::string NthField(std::string_view text, std::string_view separator, std::int32_t n) {
-    if (n < 1) return {};
-    std::size_t start = 0;
-    for (; n > 1; --n) {
-        const std::size_t at = separator.empty() ? text.npos : text.find(separator, start);
-        if (at == text.npos) return {};
-        start = at + separator.size();
-    }
-    const std::size_t end = separator.empty() ? text.npos : text.find(separator, start);
-    return std::string(text.substr(start, end == text.npos ? end : end - start));
-}
 
 std::int32_t Len(std::string_view text) {
     std::int32_t characters = 0;
@@ -137,6 +58,43 @@ std::string Str(std::int64_t number) {
     return std::to_string(number);
 }
 
+double Val(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(WhiteSpace), text.size()));
+    std::size_t end = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+    const auto skip_digits = [&] {
+        const std::size_t start = end;
+        while (end < text.size() && IsDigit(text[end])) ++end;
+        return end > start;
+    };
+    skip_digits();
+    if (end < text.size() && text[end] == '.') {
+        ++end;
+        skip_digits();
+    }
+    const std::size_t mantissa = end;
+    if (end < text.size() && LowerAscii(text[end]) == 'e') {
+        ++end;
+        if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
+        if (!skip_digits()) end = mantissa;
+    }
+    static const locale_t plain = newlocale(LC_NUMERIC_MASK, "C", nullptr);
+    return strtod_l(std::string(text.substr(0, end)).c_str(), nullptr, plain);
+}
+
+std::int32_t WholeNumber(double number) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (std::isnan(number)) return 0;
+    return static_cast<std::int32_t>(std::clamp(number, double{Limits::min()}, double{Limits::max()}));
+}
+
+std::string LTrim(std::string_view text) {
+    return std::string(text.substr(std::min(text.find_first_not_of(WhiteSpace), text.size())));
+}
+
+std::string Trim(std::string_view text) {
+    return LTrim(text.substr(0, text.find_last_not_of(WhiteSpace) + 1));
+}
+
 bool SameText(std::string_view a, std::string_view b) {
     if (IsAscii(a) && IsAscii(b))
         return std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -149,10 +107,10 @@ std::string FoldCase(std::string_view text) {
     folded.reserve(text.size());
     while (!text.empty()) {
         const Character character = FirstCharacter(text);
-        if (character.valid && character.code >= 0x80)
-            AppendUtf8(folded, towlower_l(static_cast<wint_t>(character.code), CaseLocale()));
+        if (character.valid)
+            AppendUtf8(folded, FoldedCode(character));
         else
-            folded += LowerAscii(text.front());
+            folded += text.front();
         text.remove_prefix(character.bytes);
     }
     return folded;

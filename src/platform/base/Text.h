@@ -11,11 +11,24 @@ namespace varnith {
 // operation here changes a byte that it was not asked to change. Positions and fields count from 1.
 // A character is a code point; a byte that is no part of valid UTF-8 counts as a character of its own.
 
+// Searching, for separators too, ignores case.
+
 // The number of pieces when the text is cut at each separator: "a.b.tif" cut at "." has 3, "" has 0.
 std::int32_t CountFields(std::string_view text, std::string_view separator);
 
 // The n-th of those pieces, from 1; empty if there are fewer.
 std::string NthField(std::string_view text, std::string_view separator, std::int32_t n);
+
+// The position of the first occurrence of a text in another, 0 if there is none.
+std::int32_t InStr(std::string_view text, std::string_view what);
+
+// The text with each occurrence of `what` replaced, from the front, none of them overlapping.
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view replacement);
+
+// The text without the white space at its front; Trim takes off that at its end too. White space is the
+// blank and the characters with codes 9 to 13.
+std::string LTrim(std::string_view text);
+std::string Trim(std::string_view text);
 
 // The number of characters.
 std::int32_t Len(std::string_view text);
@@ -29,6 +42,13 @@ std::int32_t Asc(std::string_view text);
 
 // A number as plain decimal text.
 std::string Str(std::int64_t number);
+
+// The number at the start of a text, behind white space: digits with a sign, a decimal point and a decimal
+// exponent at most. 0 if there is none; one too great for a double is infinite.
+double Val(std::string_view text);
+
+// A number with its fraction cut off, as an integer; one that does not fit becomes the nearest that does.
+std::int32_t WholeNumber(double number);
 
 // Whether two texts are equal without regard to case.
 bool SameText(std::string_view a, std::string_view b);
