@@ -36,7 +36,7 @@ class Place {
     // A step that led nowhere leaves a descriptor that is none, and every call on it fails.
     int Base() const { return stepped_ ? folder_.Descriptor() : AT_FDCWD; }
     const char* Path() const { return path_; }
-    int Open(int flags) const { return openat(Base(), path_, flags | O_CLOEXEC); }
+    int Open(int flags) const { return openat(Base(), path_, flags | O_CLOEXEC, 0666); }
 
   private:
     bool StepDown() {
@@ -143,6 +143,27 @@ std::string FileSystem::Contents(const std::string& path) const {
     while (const std::size_t count = ReadAt(file, piece.data(), piece.size(), contents.size()))
         contents.append(piece.data(), count);
     return contents;
+}
+
+FileHandle FileSystem::OpenForWriting(const std::string& path, bool create) const {
+    const int how = create ? O_CREAT | O_TRUNC : 0;
+    return FileHandle(Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how));
+}
+
+bool FileSystem::Write(const FileHandle& file, std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t count = write(file.Descriptor(), bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+void FileSystem::MakeFolders(const std::string& path) const {
+    for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
+        mkdir(path.substr(0, end).c_str(), S_IRWXU);
+    mkdir(path.c_str(), S_IRWXU);
 }
 
 std::string FileSystem::ExecutablePath() const {

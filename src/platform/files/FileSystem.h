@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace varnith {
@@ -62,6 +63,16 @@ class FileSystem {
 
     // The whole of a small text file; empty when it can't be read.
     std::string Contents(const std::string& path) const;
+
+    // Opens a file for writing from its start on. With `create` it is made if it is missing, else emptied;
+    // without, it has to be there and keeps what it holds. Empty on failure.
+    virtual FileHandle OpenForWriting(const std::string& path, bool create) const;
+
+    // Writes the bytes where the write before it ended. False if they could not all be written.
+    virtual bool Write(const FileHandle& file, std::string_view bytes) const;
+
+    // Makes a folder, for the user alone, and those above it, as far as they are missing.
+    virtual void MakeFolders(const std::string& path) const;
 
     // The path of the running executable.
     virtual std::string ExecutablePath() const;

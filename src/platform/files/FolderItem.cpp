@@ -7,6 +7,16 @@
 
 namespace varnith {
 
+namespace {
+
+template <class Stream>
+Ref<Stream> OpenStream(const FolderItem& item, bool create) {
+    FileHandle file = FileSystem::Current().OpenForWriting(item.AbsolutePath(), create);
+    return file ? MakeRef<Stream>(std::move(file)) : nullptr;
+}
+
+}  // namespace
+
 FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
     : parent_(std::move(parent)), name_(std::move(name)) {}
 
@@ -44,6 +54,11 @@ bool FolderItem::Exists() const {
     return FileSystem::Current().Status(AbsolutePath()).has_value();
 }
 
+bool FolderItem::Directory() const {
+    const auto status = FileSystem::Current().Status(AbsolutePath());
+    return status && status->kind == FileKind::Directory;
+}
+
 bool FolderItem::Visible() const {
     return !parent_ || IsVisibleEntry(parent_->AbsolutePath(), name_);
 }
@@ -58,6 +73,18 @@ Ref<FolderItem> FolderItem::Item(std::int32_t index) {
     if (!listed_) Count();
     if (index < 1 || static_cast<std::size_t>(index) > listing_.size()) return nullptr;
     return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1]);
+}
+
+Ref<TextOutputStream> FolderItem::CreateTextFile() const {
+    return OpenStream<TextOutputStream>(*this, true);
+}
+
+Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& /*file_type*/) const {
+    return OpenStream<BinaryStream>(*this, true);
+}
+
+Ref<BinaryStream> FolderItem::OpenAsBinaryFile() const {
+    return OpenStream<BinaryStream>(*this, false);
 }
 
 Ref<FolderItem> ApplicationItem() {

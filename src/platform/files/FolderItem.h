@@ -6,6 +6,7 @@
 
 #include "platform/base/Ref.h"
 #include "platform/files/FolderListing.h"
+#include "platform/files/Streams.h"
 
 namespace varnith {
 
@@ -38,6 +39,9 @@ class FolderItem : public RefCounted {
     // Whether a listing had the item as a regular file, which is known without asking the disk again.
     bool ListedAsRegular() const { return listed_as_regular_; }
 
+    // Whether a folder is there, or a link to one.
+    bool Directory() const;
+
     // Whether the item is visible to the user, as the desktops' file managers have it.
     bool Visible() const;
 
@@ -48,6 +52,14 @@ class FolderItem : public RefCounted {
     // The entry at a place of the last snapshot, from 1, in natural order; takes one if there is none yet.
     // Nil outside of it.
     Ref<FolderItem> Item(std::int32_t index);
+
+    // Creates the file, emptying one that exists, and opens it for writing; nil if that can't be done.
+    // The name of a file type has no effect: the program declares none.
+    Ref<TextOutputStream> CreateTextFile() const;
+    Ref<BinaryStream> CreateBinaryFile(const std::string& file_type) const;
+
+    // Opens a file that exists for writing over it from its start; nil if that can't be done.
+    Ref<BinaryStream> OpenAsBinaryFile() const;
 
   private:
     friend class FileListMBS;

@@ -1,0 +1,37 @@
+#include "platform/files/SpecialFolders.h"
+
+#include <cstdlib>
+#include <string>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include "platform/files/FileSystem.h"
+
+namespace varnith {
+
+namespace {
+
+// The value of an environment variable that is to hold an absolute path, else nothing.
+std::string PathFromEnvironment(const char* name) {
+    const char* value = std::getenv(name);
+    return value && *value == '/' ? value : "";
+}
+
+std::string HomeFolder() {
+    const std::string home = PathFromEnvironment("HOME");
+    if (!home.empty()) return home;
+    const passwd* user = getpwuid(getuid());
+    return user && user->pw_dir ? user->pw_dir : "/";
+}
+
+}  // namespace
+
+Ref<FolderItem> PreferencesFolder() {
+    const std::string configured = PathFromEnvironment("XDG_CONFIG_HOME");
+    const std::string path = configured.empty() ? HomeFolder() + "/.config" : configured;
+    FileSystem::Current().MakeFolders(path);
+    return FolderItem::FromPath(path);
+}
+
+}  // namespace varnith
