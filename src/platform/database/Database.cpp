@@ -1,6 +1,7 @@
 #include "platform/database/Database.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include <sqlite3.h>
 
@@ -12,6 +13,11 @@ std::string Quoted(const std::string& name) {
     std::string quoted = "\"";
     for (const char c : name) quoted += c == '"' ? "\"\"" : std::string(1, c);
     return quoted + '"';
+}
+
+std::string_view ColumnText(sqlite3_stmt* statement, int column) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
 }  // namespace
@@ -57,6 +63,26 @@ void Database::SQLExecute(const std::string& statement) {
     if (handle_) sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr);
 }
 
+Ref<RecordSet> Database::SQLSelect(const std::string& statement) {
+    if (!handle_) return nullptr;
+    sqlite3_stmt* prepared = nullptr;
+    sqlite3_prepare_v2(handle_.get(), statement.c_str(), -1, &prepared, nullptr);
+    const std::unique_ptr<sqlite3_stmt, Closer> select(prepared);
+    const int columns = sqlite3_column_count(prepared);
+    if (columns == 0) return nullptr;
+
+    auto records = MakeRef<RecordSet>();
+    for (int i = 0; i < columns; ++i) records->AddColumn(sqlite3_column_name(prepared, i));
+    int step;
+    while ((step = sqlite3_step(prepared)) == SQLITE_ROW) {
+        records->AddRow();
+        for (int i = 0; i < columns; ++i) records->AddField(ColumnText(prepared, i));
+    }
+    if (step != SQLITE_DONE) return nullptr;
+    records->MoveFirst();
+    return records;
+}
+
 void Database::InsertRecord(const std::string& table, const DatabaseRecord& record) {
     if (!handle_) return;
     if (!IsPreparedFor(table, record)) PrepareInsert(table, record);
@@ -93,7 +119,8 @@ void Database::PrepareInsert(const std::string& table, const DatabaseRecord& rec
 }
 
 void Database::Commit() {
-    if (handle_ && !sqlite3_get_autocommit(handle_.get())) SQLExecute("commit");
+    for (const char* statement : {"commit", "rollback"})
+        if (handle_ && !sqlite3_get_autocommit(handle_.get())) SQLExecute(statement);
 }
 
 }  // namespace varnith

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/base/Ref.h"
+#include "platform/database/RecordSet.h"
 #include "platform/files/FolderItem.h"
 
 struct sqlite3;
@@ -46,10 +47,14 @@ class Database {
     // Runs one statement. Outside of a transaction it is committed at once.
     void SQLExecute(const std::string& statement);
 
+    // Runs a select and returns all of its rows; nil if it fails.
+    Ref<RecordSet> SQLSelect(const std::string& statement);
+
     // Inserts a record. Records with the same columns run on one prepared statement.
     void InsertRecord(const std::string& table, const DatabaseRecord& record);
 
-    // Ends the transaction that is open; without one it does nothing.
+    // Ends the transaction that is open; without one it does nothing. One that can't be committed is rolled
+    // back, so it doesn't keep the file locked.
     void Commit();
 
   private:
