@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolTip>
@@ -71,6 +72,13 @@ void ListboxWidget::keyPressEvent(QKeyEvent* event) {
         on_space(currentIndex().row());
     else
         QTableView::keyPressEvent(event);
+}
+
+void ListboxWidget::mousePressEvent(QMouseEvent* event) {
+    QTableView::mousePressEvent(event);
+    // A press on a check box highlights its row as one beside it does.
+    const QModelIndex pressed = indexAt(event->position().toPoint());
+    if (pressed.isValid()) setCurrentIndex(pressed.siblingAtColumn(SearchColumn));
 }
 
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
