@@ -60,7 +60,7 @@ void Application::Quit(int status) {
 
 void Application::Open(const Ref<Window>& window) {
     if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) windows_.push_back(window);
-    if (stage_ == Stage::Running) window->OpenNow();
+    if (stage_ == Stage::Running && !quitting_) window->OpenNow();
 }
 
 void Application::LetGo(Window& window) {
