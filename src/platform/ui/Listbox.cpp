@@ -113,8 +113,10 @@ void Listbox::SetListIndex(std::int32_t row) {
 }
 
 bool Listbox::Precedes(const Row& a, const Row& b, std::size_t column) const {
-    if (a.texts[column] == b.texts[column]) return a.checks[column] < b.checks[column];
-    return CompareNaturally(TextOf(a.texts[column]), TextOf(b.texts[column])) < 0;
+    const bool shared = a.texts[column] == b.texts[column];
+    const auto order = shared ? std::strong_ordering::equal
+                              : CompareNaturally(TextOf(a.texts[column]), TextOf(b.texts[column]));
+    return order == 0 ? a.checks[column] < b.checks[column] : order < 0;
 }
 
 void Listbox::PressHeading(std::int32_t column) {
