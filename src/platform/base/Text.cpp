@@ -22,15 +22,16 @@ char LowerAscii(char c) {
 
 constexpr std::string_view WhiteSpace = " \t\n\v\f\r";
 
-// Takes the digits at the front of a text off it and returns them without their leading zeros.
-std::string_view TakeNumber(std::string_view& text) {
-    std::size_t end = 0;
-    while (end < text.size() && IsDigit(text[end])) ++end;
-    std::size_t start = 0;
-    while (start < end && text[start] == '0') ++start;
-    const std::string_view digits = text.substr(start, end - start);
-    text.remove_prefix(end);
-    return digits;
+// Appends a number so that the plain order of bytes is that of the values: its length goes in front of its
+// digits, which are without leading zeros. A digit stands in front of it all, so that a number and another
+// character compare as they would unchanged.
+void AppendNumberKey(std::string& key, std::string_view digits) {
+    constexpr std::size_t Most = 0xFF;
+    key += '0';
+    std::size_t length = digits.size();
+    for (; length >= Most; length -= Most) key += static_cast<char>(Most);
+    key += static_cast<char>(length);
+    key += digits;
 }
 
 }  // namespace
@@ -116,26 +117,27 @@ std::string FoldCase(std::string_view text) {
     return folded;
 }
 
-std::strong_ordering CompareNaturally(std::string_view a, std::string_view b) {
-    std::string_view left = a;
-    std::string_view right = b;
-    while (!left.empty() && !right.empty()) {
-        const char x = left.front();
-        const char y = right.front();
-        if (IsDigit(x) && IsDigit(y)) {
-            const std::string_view m = TakeNumber(left);
-            const std::string_view n = TakeNumber(right);
-            if (m.size() != n.size()) return m.size() <=> n.size();
-            if (m != n) return m <=> n;
+void AppendNaturalKey(std::string& key, std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        if (!IsDigit(text[i])) {
+            key += LowerAscii(text[i++]);
             continue;
         }
-        if (LowerAscii(x) != LowerAscii(y))
-            return static_cast<unsigned char>(LowerAscii(x)) <=> static_cast<unsigned char>(LowerAscii(y));
-        left.remove_prefix(1);
-        right.remove_prefix(1);
+        while (i < text.size() && text[i] == '0') ++i;
+        const std::size_t start = i;
+        while (i < text.size() && IsDigit(text[i])) ++i;
+        AppendNumberKey(key, text.substr(start, i - start));
     }
-    if (left.size() != right.size()) return left.size() <=> right.size();
-    return a <=> b;
+    key += '\0';
+    key += text;
+}
+
+std::string NaturalKey(std::string_view text) {
+    std::string key;
+    key.reserve(2 * text.size() + 8);
+    AppendNaturalKey(key, text);
+    return key;
 }
 
 }  // namespace varnith

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -56,8 +55,11 @@ bool SameText(std::string_view a, std::string_view b);
 // The text in the form in which texts that differ only in case are the same bytes. For keys, not for show.
 std::string FoldCase(std::string_view text);
 
-// The order of a listing and of a sorted list: runs of digits by their value, all else by its bytes with
-// ASCII case ignored, the bytes as they are as the tie-break. The same in every locale.
-std::strong_ordering CompareNaturally(std::string_view a, std::string_view b);
+// A key for the natural order, in which listings and sorted lists stand: runs of digits by their value, all
+// else by its bytes with ASCII case ignored, the bytes as they are as the tie-break; the same in every
+// locale. Texts are in natural order when their keys are in the order of their bytes. The first form appends
+// the key to a text. REQUIRES: the text holds no NUL.
+void AppendNaturalKey(std::string& key, std::string_view text);
+std::string NaturalKey(std::string_view text);
 
 }  // namespace varnith

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <sstream>
 #include <unordered_set>
+#include <utility>
 
 #include "platform/base/Text.h"
 
@@ -23,22 +24,29 @@ bool IsVisible(const std::string& name, const std::unordered_set<std::string>& h
     return !name.starts_with('.') && !hidden.contains(name);
 }
 
+std::vector<DirectoryEntry> InNaturalOrder(std::vector<DirectoryEntry> entries) {
+    std::vector<std::pair<std::string, std::size_t>> keys;
+    keys.reserve(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i) keys.emplace_back(NaturalKey(entries[i].name), i);
+    std::sort(keys.begin(), keys.end());
+    std::vector<DirectoryEntry> ordered;
+    ordered.reserve(entries.size());
+    for (const auto& [key, place] : keys) ordered.push_back(std::move(entries[place]));
+    return ordered;
+}
+
 }  // namespace
 
 std::vector<ListedEntry> ListFolder(const std::string& path) {
-    std::vector<DirectoryEntry> entries = FileSystem::Current().Entries(path);
-    std::sort(entries.begin(), entries.end(),
-              [](const auto& a, const auto& b) { return CompareNaturally(a.name, b.name) < 0; });
+    const std::vector<DirectoryEntry> entries = InNaturalOrder(FileSystem::Current().Entries(path));
     const bool lists_hidden = std::any_of(entries.begin(), entries.end(),
                                           [](const auto& entry) { return entry.name == HiddenListName; });
     const auto hidden = lists_hidden ? NamesListedAsHidden(path) : std::unordered_set<std::string>();
 
     std::vector<ListedEntry> listing;
     listing.reserve(entries.size());
-    for (DirectoryEntry& entry : entries) {
-        const bool visible = IsVisible(entry.name, hidden);
-        listing.push_back({std::move(entry.name), entry.kind, visible});
-    }
+    for (const DirectoryEntry& entry : entries)
+        listing.push_back({entry.name, entry.kind, IsVisible(entry.name, hidden)});
     return listing;
 }
 

@@ -92,7 +92,8 @@ class Listbox : public Control {
     // The row to write to; notes it as changed.
     Row& Changing(std::int32_t row, std::int32_t column);
     void MarkRowsChanged(std::int32_t first, std::int32_t last);
-    bool Precedes(const Row& a, const Row& b, std::size_t column) const;
+    // The rows' places in the order by that column.
+    std::vector<std::size_t> SortedOrder(std::size_t column) const;
 
     std::vector<std::string> headings_;
     std::vector<std::int32_t> widths_;
