@@ -1,0 +1,50 @@
+# shellcheck shell=bash disable=SC2034
+# What a person does with the program's main window, by key presses and clicks. To be sourced.
+# shellcheck source=virtual-screen.sh
+. "$(dirname "${BASH_SOURCE[0]}")/virtual-screen.sh"
+
+# Starts the program and waits for its window. Sets program_pid and main_window.
+open_main_window() {
+    start_program "$1"
+    program_pid=$started_pid
+    wait_for_window '^Varnith - ' 60
+    main_window=$found_window
+    wait_until 30 is_active "$main_window"
+    # The window opens at its design size, on top of which comes the menu bar, as high as the style has it.
+    local height
+    read -r _ height < <(size_of "$main_window")
+    menu_bar_height=$((height - 670))
+}
+
+# The places count from the edges to which the controls keep their distance.
+click_include_subfolders() {
+    local height
+    read -r _ height < <(size_of "$main_window")
+    click "$main_window" 18 $((height - 15))
+}
+
+click_locate() {
+    local width
+    read -r width _ < <(size_of "$main_window")
+    click "$main_window" $((width - 48)) $((menu_bar_height + 16))
+    wait_until 30 dialog_is_open
+}
+
+# Presses "Locate" and types a folder's path into the dialog, which is left to be accepted.
+locate() {
+    click_locate
+    type_text "$1"
+}
+
+dialog_is_open() {
+    local active
+    active=$(xdotool getactivewindow 2>/dev/null) && [ "$active" != "$((main_window))" ]
+}
+
+# Scans a folder with its subfolders, from the tick to the end, which may take so many seconds.
+scan_with_subfolders() {
+    click_include_subfolders
+    locate "$1"
+    press Return
+    wait_for_title "$main_window" ' - Finished$' "${2:-60}"
+}

@@ -1,0 +1,133 @@
+# shellcheck shell=bash disable=SC2034
+# A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
+# start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
+
+# Waits until a command succeeds, asking it again and again, and fails after so many seconds.
+wait_until() {
+    local limit=$1 end=$((SECONDS + $1)) pause=0.05
+    shift
+    until "$@"; do
+        if [ $SECONDS -ge $end ]; then
+            echo "Waited $limit seconds for nothing: $*" >&2
+            return 1
+        fi
+        sleep "$pause"
+    done
+}
+
+# Starts a program that lasts no longer than this shell, and puts its process id into started_pid.
+start_program() {
+    setpriv --pdeathsig KILL -- "$@" &
+    started_pid=$!
+}
+
+# Starts a screen of a size in pixels, such as 1280x1024, and makes it the one in use. The programs on it find
+# an empty home, so no setting of the user has a say in what they do.
+start_screen() {
+    screen_folder=$(mktemp -d "${TMPDIR:-/tmp}/varnith-screen-XXXXXX")
+    trap stop_screen EXIT
+    unset WAYLAND_DISPLAY XDG_CURRENT_DESKTOP XDG_SESSION_TYPE DBUS_SESSION_BUS_ADDRESS "${!QT_@}" "${!GTK_@}"
+    export HOME=$screen_folder/home LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$screen_folder/runtime
+    export XDG_CONFIG_HOME=$HOME/.config XDG_CACHE_HOME=$HOME/.cache XDG_DATA_HOME=$HOME/.local/share
+    mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR"
+
+    # The server takes the first number that is free and says which, so that many can start at once.
+    local numbers number
+    mkfifo "$screen_folder/numbers"
+    exec {numbers}<>"$screen_folder/numbers"
+    start_program Xvfb -displayfd "$numbers" -screen 0 "$1x24" -noreset -nolisten tcp \
+        2>"$screen_folder/server.log"
+    if ! read -r -t 30 -u "$numbers" number; then
+        cat "$screen_folder/server.log" >&2
+        return 1
+    fi
+    exec {numbers}>&-
+    export DISPLAY=:$number
+
+    start_program openbox --sm-disable >"$screen_folder/manager.log" 2>&1
+    wait_until 30 window_manager_is_there
+}
+
+window_manager_is_there() {
+    xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
+}
+
+# Ends all that was started, the last first.
+stop_screen() {
+    local pids i
+    mapfile -t pids < <(jobs -rp)
+    for ((i = ${#pids[@]} - 1; i >= 0; --i)); do
+        kill "${pids[i]}" 2>/dev/null || true
+        wait "${pids[i]}" 2>/dev/null || true
+    done
+    rm -rf "$screen_folder"
+}
+
+# Waits for a window whose title matches, and puts its id into found_window.
+wait_for_window() {
+    wait_until "${2:-30}" find_window "$1"
+}
+
+find_window() {
+    local window
+    for window in $(xprop -root -notype _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do
+        [[ $(xdotool getwindowname "$window" 2>/dev/null) =~ $1 ]] || continue
+        found_window=$window
+        return 0
+    done
+    return 1
+}
+
+# Waits until a window's title matches; each change of the title's property is reported as it happens.
+wait_for_title() {
+    local window=$1 wanted=$2 limit=${3:-30} titles spy title found=1
+    exec {titles}< <(exec timeout "$limit" xprop -spy -notype -id "$window" _NET_WM_NAME)
+    spy=$!
+    while read -r -u "$titles" title; do
+        title=${title#*\"}
+        title=${title%\"}
+        if [[ $title =~ $wanted ]]; then
+            found=0
+            break
+        fi
+    done
+    kill "$spy" 2>/dev/null || true
+    exec {titles}<&-
+    [ $found -eq 0 ] || echo "No title like '$wanted' within $limit seconds, the last one was '${title:-}'." >&2
+    return $found
+}
+
+# The width and height of a window's contents, in pixels.
+size_of() {
+    xdotool getwindowgeometry --shell "$1" | sed -n 's/^WIDTH=//p; s/^HEIGHT=//p' | xargs
+}
+
+is_active() {
+    [ "$(xdotool getactivewindow 2>/dev/null)" = "$((${1}))" ]
+}
+
+# Clicks at a place in a window, in pixels from its top left.
+click() {
+    xdotool mousemove --window "$1" "$2" "$3" click 1
+}
+
+press() {
+    xdotool key --clearmodifiers "$1"
+}
+
+type_text() {
+    xdotool type --clearmodifiers --delay 5 -- "$1"
+}
+
+# Keeps a picture of a window, as PNG, once it has stopped changing.
+take_picture() {
+    local window=$1 file=$2
+    wait_until 30 picture_has_settled "$window"
+    convert "$screen_folder/picture.miff" "$file"
+}
+
+picture_has_settled() {
+    [ ! -e "$screen_folder/picture.miff" ] || mv "$screen_folder/picture.miff" "$screen_folder/earlier.miff"
+    import -silent -frame -window "$1" "$screen_folder/picture.miff"
+    cmp -s "$screen_folder/picture.miff" "$screen_folder/earlier.miff"
+}
