@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <exception>
-#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -64,7 +64,7 @@ struct Totals {
     std::int64_t pages = 0;
 };
 
-void CountFile(const std::filesystem::path& path, Totals& totals) {
+void CountFile(const std::string& path, Totals& totals) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) return;
     totals.pages += Pages(file).Count();
@@ -72,21 +72,28 @@ void CountFile(const std::filesystem::path& path, Totals& totals) {
     close(file);
 }
 
-void Walk(const std::filesystem::path& folder, Totals& totals) {
-    const std::filesystem::directory_iterator listing(folder);
-    std::vector<std::filesystem::directory_entry> entries(begin(listing), end(listing));
-    std::sort(entries.begin(), entries.end());
-    for (const auto& entry : entries) {
-        if (entry.is_directory())
-            Walk(entry.path(), totals);
-        else if (entry.path().extension() == ".tif")
-            CountFile(entry.path(), totals);
+void Walk(const std::string& folder, Totals& totals) {
+    struct Entry {
+        std::string name;
+        bool is_folder;
+    };
+    std::vector<Entry> entries;
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), closedir);
+    while (const dirent* entry = listing ? readdir(listing.get()) : nullptr)
+        if (entry->d_name[0] != '.') entries.push_back({entry->d_name, entry->d_type == DT_DIR});
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    for (const Entry& entry : entries) {
+        const std::string path = folder + "/" + entry.name;
+        if (entry.is_folder)
+            Walk(path, totals);
+        else if (path.ends_with(".tif"))
+            CountFile(path, totals);
     }
 }
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
     if (argc != 2) {
         std::fputs("usage: limit FOLDER\n", stderr);
         return 2;
@@ -98,7 +105,4 @@ int main(int argc, char** argv) try {
     std::printf("files %jd pages %jd seconds %.3f\n", static_cast<std::intmax_t>(totals.files),
                 static_cast<std::intmax_t>(totals.pages), taken.count());
     return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "limit: %s\n", error.what());
-    return 1;
 }
