@@ -1,0 +1,99 @@
+#include "support/ProgramTest.h"
+
+#include <chrono>
+#include <memory>
+
+#include <sqlite3.h>
+
+#include "app/Start.h"
+#include "platform/threads/Scheduler.h"
+
+namespace varnith::test {
+
+void RunThreadsUntil(const std::function<bool()>& condition) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > limit) {
+            ADD_FAILURE() << "what was waited for has not come";
+            return;
+        }
+        Scheduler::Current().Turn();
+    }
+}
+
+void RunThreads() {
+    RunThreadsUntil([] { return !Scheduler::Current().UntilNextTurn(); });
+}
+
+ProgramTest::ProgramTest() {
+    disk.executable = application / "Varnith";
+    disk.elsewhere["/etc/os-release"] = application.File("os-release", "NAME=Testix\n");
+    Scheduler::Current().SetSlice(std::chrono::milliseconds(0));
+}
+
+ProgramTest::~ProgramTest() = default;
+
+int ProgramTest::Start(const std::function<void()>& user) {
+    desktop.user = user;
+    return _Main();
+}
+
+void ProgramTest::Locate(const std::optional<std::string>& folder) {
+    desktop.choose = [folder] { return folder; };
+    Main().PushButton2.Press();
+}
+
+void ProgramTest::Scan(const std::string& folder, bool subfolders) {
+    Main().CheckBox4.SetValue(subfolders);
+    Locate(folder);
+    RunThreads();
+}
+
+std::string ProgramTest::FromDocuments(const std::string& path) const {
+    if (path == documents.Path()) return ".";
+    return path.starts_with(documents / "") ? path.substr((documents / "").size()) : path;
+}
+
+Lines ProgramTest::Rows() const {
+    const Listbox& list = Main().Listbox1;
+    Lines rows;
+    for (std::int32_t row = 0; row < list.ListCount(); ++row)
+        rows.push_back(list.Cell(row, 1) + "|" + list.Cell(row, 2) + "|" + FromDocuments(list.Cell(row, 3)) +
+                       "|" + list.Cell(row, 4));
+    return rows;
+}
+
+Lines ProgramTest::Tags() {
+    const Listbox& list = Main().Listbox1;
+    Lines tags;
+    for (std::int32_t row = 0; row < list.ListCount(); ++row)
+        tags.push_back(list.CellTag(row, 0) + (list.CellCheck(row, 0) ? "*" : ""));
+    return tags;
+}
+
+std::string ProgramTest::Texts() const {
+    std::string entries;
+    for (const std::string& entry : Main().PopupMenu1.Rows()) entries += (entries.empty() ? "" : ",") + entry;
+    return Main().Title() + "|" + FromDocuments(Main().EditField1.Text()) + "|" + Main().StaticText2.Text() +
+           "|" + entries;
+}
+
+Lines ProgramTest::SavedRows() const {
+    sqlite3* opened = nullptr;
+    sqlite3_open_v2((application / "varnth").c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> database(opened, sqlite3_close_v2);
+    sqlite3_stmt* prepared = nullptr;
+    const char* query = "select name, pagecount, filepath, filetype from preferences order by rowid";
+    if (sqlite3_prepare_v2(opened, query, -1, &prepared, nullptr) != SQLITE_OK)
+        return {sqlite3_errmsg(opened)};
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement(prepared, sqlite3_finalize);
+    const auto text = [&](int column) {
+        return std::string(reinterpret_cast<const char*>(sqlite3_column_text(prepared, column)));
+    };
+    Lines rows;
+    while (sqlite3_step(prepared) == SQLITE_ROW)
+        rows.push_back(text(0) + "|" + text(1) + "|" + FromDocuments(text(2)) + "|" + text(3));
+    return rows;
+}
+
+}  // namespace varnith::test

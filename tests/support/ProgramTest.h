@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "app/MainWindow.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDesktop.h"
+#include "support/TestFileSystem.h"
+#include "support/TiffFile.h"
+
+namespace varnith::test {
+
+using Lines = std::vector<std::string>;
+
+// Gives the program's threads their turns, one yield point at a time, until the condition holds; without one,
+// until all have ended. Fails the test when it takes too long.
+void RunThreadsUntil(const std::function<bool()>& condition);
+void RunThreads();
+
+// The whole program without a display, in an application folder of its own and on a system named Testix.
+class ProgramTest : public testing::Test {
+  protected:
+    ProgramTest();
+    ~ProgramTest() override;
+
+    // Starts the program, lets the user work, and ends it. Returns the exit status.
+    int Start(const std::function<void()>& user);
+
+    // REQUIRES for all below: called by the user of a program that runs.
+    static MainWindow& Main() { return *MainWindow::Instance(); }
+    // "Locate" is pressed and the folder picked; nothing for a cancel.
+    void Locate(const std::optional<std::string>& folder);
+    // A whole scan, with "Include Subfolders" ticked or not.
+    void Scan(const std::string& folder, bool subfolders);
+
+    // The list, a line "name|count|folder|type" a row, and its tags with a "*" behind them where the box is
+    // ticked. Folders count from `documents`.
+    Lines Rows() const;
+    static Lines Tags();
+    // What else the window shows: "title|address|file count|popup,entries".
+    std::string Texts() const;
+    // The saved rows in the form of Rows, as another program reads them; or what keeps it from that.
+    Lines SavedRows() const;
+
+    TemporaryFolder application;
+    TemporaryFolder documents;
+    TestDesktop desktop;
+    TestFileSystem disk;
+
+  private:
+    std::string FromDocuments(const std::string& path) const;
+
+    Desktop::InForce desktop_in_force_{desktop};
+    FileSystem::Replacement disk_in_force_{disk};
+};
+
+}  // namespace varnith::test

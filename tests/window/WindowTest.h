@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTableView>
+#include <QTest>
+#include <QtWidgets>
+#include <functional>
+#include <string>
+
+#include "platform/qt/QtDesktop.h"
+#include "support/ProgramTest.h"
+
+namespace varnith::test {
+
+// The real desktop, but for the dialogs, which answer as the script says, and for the end of the event loop.
+class ScreenDesktop : public QtDesktop {
+  public:
+    explicit ScreenDesktop(TestDesktop& script) : QtDesktop(argument_count_, arguments_), script_(script) {}
+
+    int RunEventLoop() override { return script_.RunEventLoop(); }
+    void Quit(int status) override { script_.Quit(status); }
+    std::optional<std::string> ChooseFolder() override { return script_.ChooseFolder(); }
+    void ShowMessage(const std::string& text) override { script_.ShowMessage(text); }
+    void OpenURL(const std::string& url) override { script_.OpenURL(url); }
+
+  private:
+    int argument_count_ = 1;
+    char name_[8] = "Varnith";
+    char* arguments_[2] = {name_, nullptr};
+    TestDesktop& script_;
+};
+
+// The whole program in a real window on the screen that the test was given.
+class WindowTest : public ProgramTest {
+  protected:
+    // Waits for a condition while events are served; fails the test when it takes too long.
+    static void WaitFor(const std::function<bool()>& condition) {
+        ASSERT_TRUE(QTest::qWaitFor(condition, 10'000));
+    }
+
+    // The window once it is shown and active, and the widgets in it by class.
+    static QMainWindow& Frame();
+    static QTableView& Table() { return *Frame().findChild<QTableView*>(); }
+    template <class Widget>
+    static Widget& Find(const QString& text) {
+        for (auto* widget : Frame().findChildren<Widget*>())
+            if (widget->text() == text) return *widget;
+        throw std::runtime_error("no widget " + text.toStdString());
+    }
+
+    // What a user reads in a cell, and where it is in the table.
+    static std::string Shown(int row, int column);
+    static QPoint Centre(int row, int column);
+
+    // What the window system says of a property of the window.
+    static std::string Property(const char* name);
+
+    ScreenDesktop screen{desktop};
+
+  private:
+    Desktop::InForce screen_in_force_{screen};
+};
+
+}  // namespace varnith::test
