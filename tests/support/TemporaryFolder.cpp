@@ -1,10 +1,10 @@
 #include "support/TemporaryFolder.h"
 
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
 #include <fstream>
 #include <iterator>
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
 
 namespace varnith::test {
 
