@@ -16,7 +16,7 @@ namespace varnith::test {
 // The real desktop, but for the dialogs, which answer as the script says, and for the end of the event loop.
 class ScreenDesktop : public QtDesktop {
   public:
-    explicit ScreenDesktop(TestDesktop& script) : QtDesktop(argument_count_, arguments_), script_(script) {}
+    explicit ScreenDesktop(TestDesktop& script) : QtDesktop(ArgumentCount(), Arguments()), script_(script) {}
 
     int RunEventLoop() override { return script_.RunEventLoop(); }
     void Quit(int status) override { script_.Quit(status); }
@@ -25,9 +25,17 @@ class ScreenDesktop : public QtDesktop {
     void OpenURL(const std::string& url) override { script_.OpenURL(url); }
 
   private:
-    int argument_count_ = 1;
-    char name_[8] = "Varnith";
-    char* arguments_[2] = {name_, nullptr};
+    // They outlive every desktop, as Qt wants it.
+    static int& ArgumentCount() {
+        static int count = 1;
+        return count;
+    }
+    static char** Arguments() {
+        static char name[] = "Varnith";
+        static char* arguments[] = {name, nullptr};
+        return arguments;
+    }
+
     TestDesktop& script_;
 };
 
