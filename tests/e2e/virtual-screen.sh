@@ -123,7 +123,8 @@ type_text() {
 take_picture() {
     local window=$1 file=$2
     wait_until 30 picture_has_settled "$window"
-    convert "$screen_folder/picture.miff" "$file"
+    # Without dates, so that the same picture is the same file.
+    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$file"
 }
 
 picture_has_settled() {
