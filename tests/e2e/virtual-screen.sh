@@ -80,11 +80,11 @@ find_window() {
 
 # Waits until a window's title matches; each change of the title's property is reported as it happens.
 wait_for_title() {
-    local window=$1 wanted=$2 limit=${3:-30} titles spy title found=1
+    local window=$1 wanted=$2 limit=${3:-30} titles spy line title='' found=1
     exec {titles}< <(exec timeout "$limit" xprop -spy -notype -id "$window" _NET_WM_NAME)
     spy=$!
-    while read -r -u "$titles" title; do
-        title=${title#*\"}
+    while read -r -u "$titles" line; do
+        title=${line#*\"}
         title=${title%\"}
         if [[ $title =~ $wanted ]]; then
             found=0
@@ -93,7 +93,7 @@ wait_for_title() {
     done
     kill "$spy" 2>/dev/null || true
     exec {titles}<&-
-    [ $found -eq 0 ] || echo "No title like '$wanted' within $limit seconds, the last one was '${title:-}'." >&2
+    [ $found -eq 0 ] || echo "No title like '$wanted' within $limit seconds, the last one was '$title'." >&2
     return $found
 }
 
