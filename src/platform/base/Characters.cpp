@@ -34,7 +34,11 @@ Character FirstCharacter(std::string_view text) {
     return {code, bytes, true};
 }
 
+// The C library lowers the capital I with a dot to a plain i, which is its small letter in Turkish only:
+// elsewhere the two are different letters (https://www.unicode.org/Public/UNIDATA/CaseFolding.txt, status T).
 std::int32_t FoldedCode(const Character& character) {
+    constexpr std::int32_t CapitalDottedI = 0x130;
+    if (character.code == CapitalDottedI) return character.code;
     if (character.code >= 'A' && character.code <= 'Z') return character.code - 'A' + 'a';
     if (!character.valid || character.code < 0x80) return character.code;
     return static_cast<std::int32_t>(towlower_l(static_cast<wint_t>(character.code), CaseLocale()));
