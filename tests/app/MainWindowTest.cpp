@@ -1,0 +1,121 @@
+#include "app/App.h"
+#include "app/MainWindow.h"
+#include "platform/base/Text.h"
+#include "platform/threads/Scheduler.h"
+#include "support/ProgramTest.h"
+
+namespace varnith::test {
+
+using MainWindowTest = ProgramTest;
+
+TEST_F(MainWindowTest, ControlsFollowTheWindowByTheirLocks) {
+    Start([&] {
+        MainWindow& w = Main();
+        const auto layout = [&] {
+            Lines lines = {Str(w.Width()) + "x" + Str(w.Height())};
+            for (const Control* control : w.Controls()) {
+                const Bounds& b = control->CurrentBounds();
+                lines.push_back(Str(control->TabIndex()) + ": " + Str(b.Left) + "," + Str(b.Top) + " " +
+                                Str(b.Width) + "x" + Str(b.Height) + " " + Str(control->TextSize()));
+            }
+            return lines;
+        };
+        const Lines designed = {
+            "774x670",           "0: 7,38 754x601 13",  "2: 9,8 56x20 13",     "3: 72,7 438x22 13",
+            "4: 686,6 80x20 13", "5: 624,643 132x20 0", "8: 10,645 147x20 13", "12: 560,7 114x20 13",
+            "13: 515,7 40x20 13"};
+        const Lines larger = {
+            "874x720",           "0: 7,38 854x651 13",  "2: 9,8 56x20 13",     "3: 72,7 538x22 13",
+            "4: 786,6 80x20 13", "5: 724,693 132x20 0", "8: 10,695 147x20 13", "12: 660,7 114x20 13",
+            "13: 615,7 40x20 13"};
+        EXPECT_EQ(layout(), designed);
+        w.SetSize(40000, 40000);
+        EXPECT_EQ(layout()[0], "32000x32000");
+        w.SetSize(874, 720);
+        EXPECT_EQ(layout(), larger);
+        w.SetSize(10, 10);
+        EXPECT_EQ(layout(), designed) << "the window doesn't shrink below its design";
+
+        EXPECT_EQ(w.Listbox1.Headings(), (Lines{" ", "Name", "Count", "Path", "Type"}));
+        EXPECT_EQ(w.Listbox1.ColumnWidths(), (std::vector<std::int32_t>{30, 0, 65, 0, 55}));
+        EXPECT_EQ(
+            w.StaticText1.Text() + w.PushButton2.Caption() + w.CheckBox4.Caption() + w.StaticText16.Text(),
+            "Address:LocateInclude SubfoldersFilter:");
+        EXPECT_TRUE(w.EditField1.ReadOnly() && !w.CheckBox4.Value());
+        for (const StaticText* label : {&w.StaticText2, &w.StaticText16})
+            EXPECT_EQ(label->TextAlign(), TextAlign::Right);
+    });
+}
+
+TEST_F(MainWindowTest, StandsInTheMiddleOfTheFirstScreen) {
+    using Case = std::tuple<Desktop::Size, std::int32_t, std::int32_t>;
+    for (const auto& [screen, left, top] :
+         {Case{{1024, 768}, 125, 49}, {{1025, 769}, 125, 49}, {{1367, 671}, 296, 0}, {{773, 600}, 0, -35}}) {
+        desktop.screen = screen;
+        Start([&] { EXPECT_EQ(std::pair(Main().Left(), Main().Top()), std::pair(left, top)); });
+    }
+}
+
+TEST_F(MainWindowTest, TheCloseShortcutQuitsAndOtherKeysDoNothing) {
+    using Case = std::tuple<const char*, bool, bool, bool>;
+    for (const auto& [key, command, control, quits] : {Case{"w", false, false, false},
+                                                       {"W", false, true, true},
+                                                       {"w", true, false, true},
+                                                       {"w", true, true, true},
+                                                       {"q", true, true, false},
+                                                       {"ww", true, true, false}}) {
+        desktop.command_key = command;
+        desktop.control_key = control;
+        desktop.quit_status = std::nullopt;
+        EXPECT_EQ(Start([&] {
+                      EXPECT_FALSE(Main().PressKey(key)) << "the key goes on to the controls";
+                      EXPECT_EQ(!App::Instance().FrontWindow(), quits) << key;
+                  }),
+                  0);
+        EXPECT_EQ(desktop.quit_status, quits ? std::optional(0) : std::nullopt) << key;
+    }
+}
+
+TEST_F(MainWindowTest, ClosingItDuringAScanEndsTheProgramWithNoFinish) {
+    for (const char* name : {"a.tif", "b.tif", "c.tif"}) documents.File(name, TiffBytes(1));
+    struct : Observed::Observer {
+        void Changed() override { ADD_FAILURE() << "the files are counted"; }
+    } finish;
+    EXPECT_EQ(Start([&] {
+                  Main().CheckBox4.SetValue(true);
+                  Locate(documents.Path());
+                  RunThreadsUntil([&] { return Rows().size() == 2; });
+                  Main().StaticText2.SetObserver(&finish);
+                  Main().Close();
+              }),
+              0);
+    EXPECT_EQ(desktop.quit_status, 0);
+    EXPECT_FALSE(Scheduler::Current().UntilNextTurn());
+    EXPECT_EQ(SavedRows(), Lines());
+}
+
+TEST_F(MainWindowTest, TextsAtEachMomentOfAScan) {
+    for (const char* name : {"a.tif", "b/in.tiff"}) documents.File(name, TiffBytes(1));
+    documents.File("z.txt");
+    documents.Folder("z/empty");
+    Start([&] {
+        Main().CheckBox4.SetValue(true);
+        Lines moments = {Texts()};
+        Locate(documents.Path());
+        RunThreadsUntil([&] {
+            if (Texts() != moments.back()) moments.push_back(Texts());
+            return !Scheduler::Current().UntilNextTurn();
+        });
+        EXPECT_EQ(moments,
+                  (Lines{"Varnith - Testix|||", "Processing Item: a.tif|.||", "Processing Item: in.tiff|.||",
+                         "Processing Item: z.txt|.||", "Processing Item: z.txt|.||All,tif",
+                         "Processing Item: z.txt|.||All,tif,tiff",
+                         "Varnith - Testix - Finished|.|2 file(s)|All,tif,tiff"}));
+        EXPECT_EQ(Main().PopupMenu1.ListIndex(), -1);
+        Scan(documents / "z/empty", true);
+        EXPECT_EQ(Main().k, 1);
+        EXPECT_EQ(SavedRows(), Lines());
+    });
+}
+
+}  // namespace varnith::test

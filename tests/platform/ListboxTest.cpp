@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include "platform/base/Exceptions.h"
+#include "platform/base/Text.h"
+#include "platform/ui/Listbox.h"
+#include "platform/ui/PopupMenu.h"
+
+namespace varnith::test {
+
+namespace {
+
+struct FilledList : Listbox {
+    explicit FilledList(const std::vector<std::string>& counts) {
+        SetColumns(" \tName\tCount", "30,,65");
+        for (const std::string& count : counts) {
+            AddRow("");
+            SetCellType(LastIndex(), 0, TypeCheckBox);
+            SetCellTag(LastIndex(), 0, Str(ListCount()));
+            SetCell(LastIndex(), 2, count);
+        }
+    }
+
+    // The rows' tags in the order of the list, with a "*" where ticked and brackets for the highlight.
+    std::string Order() const {
+        std::string order;
+        for (std::int32_t row = 0; row < ListCount(); ++row) {
+            const std::string tag = CellTag(row, 0) + (CellCheck(row, 0) ? "*" : "");
+            order += row == ListIndex() ? "[" + tag + "]" : tag;
+        }
+        return order;
+    }
+};
+
+}  // namespace
+
+TEST(Listbox, RaisesOutsideOfItsRowsAndColumns) {
+    FilledList list({"1", "2"});
+    EXPECT_EQ(list.Cell(1, 3), "") << "the column one past the last reads as empty";
+    for (const auto& [row, column] : {std::pair(-1, 0), {2, 0}, {0, -1}, {0, 4}, {-1, 3}, {2, 3}}) {
+        EXPECT_THROW(list.Cell(row, column), OutOfBoundsException) << row << " " << column;
+        EXPECT_THROW(list.SetCell(row, column, ""), OutOfBoundsException) << row << " " << column;
+        EXPECT_THROW(list.SetCellCheck(row, column, true), OutOfBoundsException) << row << " " << column;
+    }
+    EXPECT_THROW(list.SetCell(0, 3, ""), OutOfBoundsException);
+    for (const std::int32_t row : {-1, 2}) {
+        list.SetListIndex(row);
+        list.ToggleCheck(row);
+    }
+    EXPECT_EQ(list.Order(), "12");
+}
+
+TEST(Listbox, SortsByHeadingAndRowsKeepWhatIsTheirs) {
+    FilledList list({"10", "9", "100", "9", "1"});
+    list.ToggleCheck(1);
+    list.SetListIndex(2);
+    for (const auto& [heading, order] : {std::pair(2, "52*41[3]"),
+                                         {2, "[3]12*45"},
+                                         {2, "52*41[3]"},
+                                         {0, "541[3]2*"},
+                                         {0, "2*541[3]"},
+                                         {7, "2*541[3]"}}) {
+        list.PressHeading(heading);
+        EXPECT_EQ(list.Order(), order) << heading;
+    }
+    EXPECT_TRUE(list.SortedDescending());
+    for (std::int32_t row = 0; row < 5; ++row) list.SetCell(row, 0, row % 2 == 0 ? "x" : "w");
+    for (const std::int32_t heading : {1, 0}) list.PressHeading(heading);
+    EXPECT_EQ(list.Order(), "514[3]2*") << "equal texts by their ticks";
+    EXPECT_EQ(list.HeadingIndex(), 0);
+    list.AddRow("");
+    EXPECT_EQ(list.HeadingIndex(), -1);
+}
+
+TEST(Listbox, HoldsARepeatedTextOnce) {
+    const std::string path(10'000, 'p');
+    FilledList list(std::vector<std::string>(10'000, ""));
+    const auto before = mallinfo2().uordblks;
+    for (std::int32_t row = 0; row < list.ListCount(); ++row) list.SetCell(row, 1, path);
+    EXPECT_LT(mallinfo2().uordblks - before, 1'000'000u);
+    list.SetCell(0, 1, "other");
+    EXPECT_EQ(list.Cell(1, 1), path);
+}
+
+TEST(PopupMenu, TellsOfPicksByTheUserOnly) {
+    PopupMenu popup;
+    std::string told;
+    popup.Change = [&] { told += popup.Text() + ";"; };
+    for (const char* entry : {"All", "tif"}) popup.AddRow(entry);
+    for (const std::int32_t pick : {-1, 2, 1, 1, 0}) popup.Pick(pick);
+    popup.DeleteAllRows();
+    popup.AddRow("All");
+    EXPECT_EQ(popup.Text(), "") << "no entry is chosen";
+    EXPECT_EQ(told, "tif;tif;All;");
+}
+
+}  // namespace varnith::test

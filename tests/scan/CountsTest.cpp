@@ -1,0 +1,94 @@
+#include <algorithm>
+
+#include "support/ProgramTest.h"
+
+namespace varnith::test {
+
+using CountsTest = ProgramTest;
+
+// A name with a slash at its end is a folder that holds in.tif.
+TEST_F(CountsTest, EachScanTakesWhatItsRuleSays) {
+    using Case = std::tuple<std::string, const char*, const char*>;
+    const Case cases[] = {{"a.tif", "a.tif|2|.|tif", "a.tif|2|.|tif"},
+                          {"a.tiff", "a.tiff|2|.|tiff", "a.tiff|2|.|tiff"},
+                          {"A.TIFF", "A.TIFF|2|.|TIFF", "A.TIFF|2|.|TIFF"},
+                          {"a.tIf", "a.tIf|2|.|tIf", "a.tIf|2|.|tIf"},
+                          {"a.b.c.tif", "a.b.c.tif|2|.|tif", "a.b.c.tif|2|.|tif"},
+                          {"listed.tif", "", "listed.tif|2|.|tif"},
+                          {"listed.tiff", "", ""},
+                          {".a.tif", "", ".a.tif|2|.|tif"},
+                          {".a.tiff", "", ""},
+                          {".tif", "", ".tif|2|.|tif"},
+                          {"tif", "", "tif|2|.|tif"},
+                          {"TIFF", "TIFF|2|.|TIFF", ""},
+                          {"a.tif.", "", ""},
+                          {"a.tiff ", "", ""},
+                          {"a.tifff", "", ""},
+                          {"atif", "", ""},
+                          {"a.pdf", "", ""},
+                          {"a.jpg", "", ""},
+                          {"scans.tif/", "in.tif|2|scans.tif|tif", "scans.tif|0|.|tif"},
+                          {"scans.tiff/", "in.tif|2|scans.tiff|tif", "scans.tiff|0|.|tiff"},
+                          {"tif/", "in.tif|2|tif|tif", "tif|0|.|tif"},
+                          {"sub/", "in.tif|2|sub|tif", ""},
+                          {".sub/", "", ""},
+                          {".sub/sub/", "", ""},
+                          {"Some.app/Contents/", "in.tif|2|Some.app/Contents|tif", ""}};
+    const std::string tiff = TiffBytes(2);
+    documents.File(".hidden", "listed.tif\nlisted.tiff\n");
+    Start([&] {
+        for (const auto& [name, recursive, flat] : cases) {
+            documents.File(name + (name.ends_with('/') ? "in.tif" : ""), tiff);
+            for (const bool subfolders : {true, false}) {
+                SCOPED_TRACE(name + (subfolders ? " recursive" : " flat"));
+                disk.opened.clear();
+                Scan(documents.Path(), subfolders);
+                const std::string row = subfolders ? recursive : flat;
+                EXPECT_EQ(Rows(), row.empty() ? Lines() : Lines{row});
+                EXPECT_EQ(std::count_if(disk.opened.begin(), disk.opened.end(),
+                                        [&](const auto& path) {
+                                            return path.starts_with(documents.Path()) &&
+                                                   !path.ends_with("/.hidden");
+                                        }),
+                          row.empty() ? 0 : 1)
+                    << "only what is taken is opened, and once";
+            }
+            std::filesystem::remove_all(documents / name.substr(0, name.find('/')));
+        }
+    });
+}
+
+TEST_F(CountsTest, AFileThatCannotBeOpenedKeepsTheCountOfTheFolderSoFar) {
+    const std::string cut = TiffBytes(4).substr(0, 8);
+    const std::pair<const char*, std::string> files[] = {{"1.tif", ""},
+                                                         {"2.tif", TiffBytes(12)},
+                                                         {"3.TIF", "damaged"},
+                                                         {"4/1.tif", ""},
+                                                         {"4/2.tif", TiffBytes(5)},
+                                                         {"4/3/1.tiff", ""},
+                                                         {"4/4.tif", ""},
+                                                         {"5.tif", ""},
+                                                         {"6.tif", TiffBytes(3)},
+                                                         {"7.tif", cut},
+                                                         {"8.tif", ""},
+                                                         {"9.tif", TiffBytes(1, "wb8")}};
+    for (const auto& [name, bytes] : files) documents.File(name, bytes);
+    const Lines tree = {"1.tif|0|.|tif", "2.tif|12|.|tif",    "3.TIF|12|.|TIF", "1.tif|0|4|tif",
+                        "2.tif|5|4|tif", "1.tiff|0|4/3|tiff", "4.tif|5|4|tif",  "5.tif|12|.|tif",
+                        "6.tif|3|.|tif", "7.tif|0|.|tif",     "8.tif|0|.|tif",  "9.tif|1|.|tif"};
+    Lines top = tree;
+    top.erase(top.begin() + 3, top.begin() + 7);
+    Start([&] {
+        Scan(documents.Path(), true);
+        EXPECT_EQ(Rows(), tree);
+        EXPECT_EQ(Tags(), (Lines{"1", "2", "3", "1", "2", "1", "2", "3", "4", "5", "6", "7"}))
+            << "each folder starts at 1, and the one above goes on from there";
+        for (std::int32_t row = 0; row < Main().Listbox1.ListCount(); ++row)
+            EXPECT_EQ(Main().Listbox1.CellType(row, 0), Listbox::TypeCheckBox);
+        Scan(documents.Path(), false);
+        EXPECT_EQ(Rows(), top);
+        EXPECT_EQ(Tags(), (Lines{"1", "2", "3", "4", "5", "6", "7", "8"}));
+    });
+}
+
+}  // namespace varnith::test

@@ -1,0 +1,145 @@
+#include <filesystem>
+#include <set>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "results/Item.h"
+#include "support/ProgramTest.h"
+
+namespace varnith::test {
+
+namespace fs = std::filesystem;
+using HostileTest = ProgramTest;
+
+void MakeSocket(const std::string& path) {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+    const FileHandle end(socket(AF_UNIX, SOCK_STREAM, 0));
+    EXPECT_EQ(bind(end.Descriptor(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+}
+
+TEST_F(HostileTest, AnOddFileGetsARowAndNothingHangs) {
+    const auto file = [&](const std::string& bytes) { return [=, this] { documents.File("b.tif", bytes); }; };
+    const std::string odd = documents / "b.tif";
+    const auto link = [&](const char* target) { return [=] { fs::create_symlink(target, odd); }; };
+    const std::string three = TiffBytes(3);
+    disk.fails = [&](const std::string& path) {
+        if (path != odd) return false;
+        const bool changes = fs::exists(documents / "turns into a FIFO");
+        if (changes || fs::exists(documents / "vanishes")) fs::remove(odd);
+        if (changes) mkfifo(odd.c_str(), 0600);
+        return fs::exists(documents / "is unreadable");
+    };
+    using Case = std::tuple<const char*, std::function<void()>, std::string>;
+    const Case cases[] = {{"damaged", file(std::string("MM\0*damaged", 11)), "0"},
+                          {"no TIFF", file("damaged"), "12"},
+                          {"empty", file(""), "12"},
+                          {"cut in the second page", file(three.substr(0, three.size() / 2)), "1"},
+                          {"no page", file(std::string("II*\0\0\0\0\0", 8)), "0"},
+                          {"loops", file(LoopingTiffBytes(4)), "4"},
+                          {"FIFO", [&] { mkfifo(odd.c_str(), 0600); }, "12"},
+                          {"socket", [&] { MakeSocket(odd); }, "12"},
+                          {"endless device", link("/dev/zero"), "12"},
+                          {"device", link("/dev/null"), "12"},
+                          {"link to nowhere", link("nowhere"), "12"},
+                          {"link to itself", link("b.tif"), "12"},
+                          {"link to a folder", link("."), "12"},
+                          {"link to a file", link("c.tif"), "3"},
+                          {"is unreadable", file(three), "12"},
+                          {"turns into a FIFO", file(three), "12"},
+                          {"vanishes", file(three), "12"}};
+    documents.File("a.tif", TiffBytes(12));
+    documents.File("c.tif", three);
+    Start([&] {
+        for (const auto& [name, make, count] : cases)
+            for (const bool subfolders : {true, false}) {
+                SCOPED_TRACE(name + std::string(subfolders ? " recursive" : " flat"));
+                const std::string mark = documents.File(name);
+                make();
+                Scan(documents.Path(), subfolders);
+                EXPECT_EQ(Rows(), (Lines{"a.tif|12|.|tif", "b.tif|" + count + "|.|tif", "c.tif|3|.|tif"}));
+                EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");
+                for (const std::string& path : {odd, mark}) fs::remove(path);
+            }
+    });
+    EXPECT_EQ(desktop.messages, Lines());
+}
+
+TEST_F(HostileTest, AnyNameIsShownSavedAndReadBackByteForByte) {
+    const std::set<std::string> names = {"it's.tif",
+                                         "\"double\".tif",
+                                         "'); drop table preferences; --.tif",
+                                         "line\nbreak\r.tif",
+                                         "tab\tand\x01.tif",
+                                         "\xFF\xFE\xC3.tif",
+                                         "\xD7\xA9\xD7\x9C\xE2\x80\xAE\xD7\x9D.tif",
+                                         " %s&?*\\ .tif",
+                                         std::string(251, 'x') + ".tif",
+                                         std::string(125, '\xE9') + "\xE2\x82\xAC.TIF"};
+    for (const std::string& name : names)
+        for (const char* folder : {"", "a'\"\n\xFF/"}) documents.File(folder + name, TiffBytes(1));
+    Start([&] {
+        for (const bool subfolders : {false, true}) {
+            Scan(documents.Path(), subfolders);
+            const Listbox& list = Main().Listbox1;
+            std::set<std::string> shown;
+            for (std::int32_t row = 0; row < list.ListCount(); ++row) {
+                shown.insert(list.Cell(row, 1));
+                EXPECT_TRUE(GetFolderItem(list.Cell(row, 3))->Child(list.Cell(row, 1))->Exists());
+            }
+            EXPECT_EQ(shown, names);
+            EXPECT_EQ(Rows().size(), names.size() * (subfolders ? 2 : 1));
+            EXPECT_EQ(Main().PopupMenu1.Rows().size(), 2u);
+            EXPECT_EQ(Main().words->Value("tif")->count, list.ListCount());
+        }
+        EXPECT_EQ(SavedRows(), Rows());
+    });
+}
+
+TEST_F(HostileTest, AFolderThatFailsIsPassedOverAndLinksGoNotRoundInCircles) {
+    for (const char* name : {"a/a.tif", "b/b.tif", "b/c/c.tif", "d.tif"}) documents.File(name, TiffBytes(1));
+    fs::create_directory_symlink(documents.Path(), documents / "a/round");
+    fs::create_directory_symlink("..", documents / "a/round.tif");
+    const auto is_b = [&](const std::string& path) { return path == documents / "b"; };
+    Start([&] {
+        for (const auto& fails : std::vector<std::function<bool(const std::string&)>>{
+                 is_b, [&](const auto& path) { return is_b(path) && fs::remove_all(path) == 0; }}) {
+            disk.fails = fails;
+            Scan(documents.Path(), true);
+            EXPECT_EQ(Rows(), (Lines{"a.tif|1|a|tif", "round.tif|1|a|tif", "d.tif|1|.|tif"}));
+            EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");
+        }
+        disk.fails = [&](const auto& path) { return path == documents.Path(); };
+        Scan(documents.Path(), true);
+        EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|0 file(s)|All");
+    });
+    EXPECT_EQ(desktop.messages, Lines());
+}
+
+TEST_F(HostileTest, AThousandNestedFolders) {
+    const std::string name = "a folder among many";
+    const std::string tiff = TiffBytes(2);
+    FileHandle folder(open(documents.Path().c_str(), O_PATH));
+    Lines rows;
+    std::string path;
+    for (int depth = 0; depth <= 1000; ++depth) {
+        const FileHandle file(openat(folder.Descriptor(), "z.tif", O_CREAT | O_WRONLY, 0600));
+        ASSERT_EQ(write(file.Descriptor(), tiff.data(), tiff.size()), static_cast<ssize_t>(tiff.size()));
+        rows.insert(rows.begin(), "z.tif|2|" + (path.empty() ? "." : path.substr(1)) + "|tif");
+        mkdirat(folder.Descriptor(), name.c_str(), 0700);
+        folder = FileHandle(openat(folder.Descriptor(), name.c_str(), O_PATH));
+        path += "/" + name;
+    }
+    Start([&] {
+        Scan(documents.Path(), true);
+        EXPECT_TRUE(Rows() == rows);
+        EXPECT_TRUE(SavedRows() == rows);
+        EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|1001 file(s)|All,tif");
+    });
+}
+
+}  // namespace varnith::test

@@ -1,0 +1,116 @@
+#include <filesystem>
+
+#include "platform/threads/Scheduler.h"
+#include "support/ProgramTest.h"
+
+namespace varnith::test {
+
+// "Locate" is pressed in each state of a scan, after another one has been finished and saved.
+struct SecondPressTest : ProgramTest {
+    SecondPressTest() {
+        documents.File("first/f.tiff", TiffBytes(1));
+        for (const char* name : {"old/a.tif", "old/b.tif", "old/c.tif"}) documents.File(name, TiffBytes(2));
+        for (const char* name : {"new/n.tif", "new/sub/s.tif"}) documents.File(name, TiffBytes(3));
+    }
+
+    void ScanOldUntil(const std::function<bool()>& condition) {
+        Main().CheckBox4.SetValue(true);
+        Locate(documents / "old");
+        RunThreadsUntil(condition);
+    }
+    bool Walking() const { return Rows().size() == 2; }
+    bool Saving() const { return std::filesystem::exists(application / "varnth-journal"); }
+};
+
+TEST_F(SecondPressTest, EndsTheScanInWhateverState) {
+    const Lines first = {"f.tiff|1|first|tiff"};
+    const Lines two = {"a.tif|2|old|tif", "b.tif|2|old|tif"};
+    const Lines three = {"a.tif|2|old|tif", "b.tif|2|old|tif", "c.tif|2|old|tif"};
+    const auto walk = [&] { ScanOldUntil([&] { return Walking(); }); };
+    const auto kill = [&] { walk(), Locate(std::nullopt); };
+    const auto index = [&] { ScanOldUntil([before = Main().words] { return Main().words != before; }); };
+    const auto save = [&] { ScanOldUntil([&] { return Saving(); }); };
+    // What stands after the press: the rows, the title, the other texts, the saved rows.
+    using State = std::tuple<std::string, std::function<void()>, Lines, std::string, std::string, Lines>;
+    const State states[] = {
+        {"Idle", [] {}, first, "Varnith - Testix - Finished", "|first|1 file(s)|All,tiff", first},
+        {"Walking", walk, two, "Processing Item: b.tif", "|old|1 file(s)|All,tiff", first},
+        {"Killed", kill, two, "Processing Item: b.tif", "|old|1 file(s)|All,tiff", first},
+        {"Finishing: types", index, three, "Processing Item: c.tif", "|old|1 file(s)|All,tiff", first},
+        {"Finishing: save", save, three, "Processing Item: c.tif", "|old|1 file(s)|All,tif", {}}};
+    const std::string fresh = documents / "new";
+    using Press = std::tuple<std::optional<std::string>, bool>;
+    const Press presses[] = {{std::nullopt, true},
+                             {std::nullopt, false},
+                             {documents / "gone", true},
+                             {fresh, true},
+                             {fresh, false}};
+    for (const auto& [name, reach, rows, title, texts, saved] : states)
+        for (const auto& [folder, subfolders] : presses)
+            Start([&] {
+                SCOPED_TRACE(name + " " + folder.value_or("cancel") + (subfolders ? "" : ", unticked"));
+                Scan(documents / "first", true);
+                reach();
+                Main().CheckBox4.SetValue(subfolders);
+                const auto ended = [&] {
+                    EXPECT_FALSE(Scheduler::Current().UntilNextTurn());
+                    EXPECT_EQ(Rows(), rows);
+                    EXPECT_EQ(Texts(), title + texts);
+                    EXPECT_EQ(SavedRows(), saved);
+                    EXPECT_FALSE(Saving());
+                };
+                desktop.choose = [&] { return ended(), folder; };
+                Main().PushButton2.Press();
+                RunThreads();
+                const Lines tree = {"n.tif|3|new|tif", "s.tif|3|new/sub|tif"};
+                if (folder != fresh) return ended();
+                EXPECT_EQ(Rows(), subfolders ? tree : Lines{tree[0]});
+                EXPECT_EQ(SavedRows(), subfolders ? tree : saved);
+                EXPECT_EQ(Texts(), subfolders ? "Varnith - Testix - Finished|new|2 file(s)|All,tif"
+                                              : title + "|new|1 file(s)|All,tif");
+            });
+    EXPECT_EQ(desktop.messages, Lines());
+}
+
+TEST_F(SecondPressTest, WhileTheDialogIsOpen) {
+    Start([&] {
+        ScanOldUntil([&] { return Walking(); });
+        desktop.choose = [&] {
+            if (desktop.dialogs == 3) return documents / "first";
+            Main().PushButton2.Press();
+            return documents / "new";
+        };
+        Main().PushButton2.Press();
+        RunThreads();
+        EXPECT_EQ(desktop.dialogs, 3);
+        EXPECT_EQ(Rows(), (Lines{"n.tif|3|new|tif", "s.tif|3|new/sub|tif"}));
+    });
+}
+
+TEST_F(SecondPressTest, TheUserTicksAndSortsWhileRowsGrow) {
+    Start([&] {
+        ScanOldUntil([&] { return Walking(); });
+        Main().Listbox1.ToggleCheck(1);
+        for (int press = 0; press < 2; ++press) Main().Listbox1.PressHeading(1);
+        RunThreads();
+        EXPECT_EQ(Rows(), (Lines{"b.tif|2|old|tif", "a.tif|2|old|tif", "c.tif|2|old|tif"}));
+        EXPECT_EQ(Tags(), (Lines{"2*", "1", "3"}));
+        EXPECT_EQ(SavedRows(), Rows());
+    });
+}
+
+TEST_F(SecondPressTest, ASaveWritesTheListAsItThenIs) {
+    Start([&] {
+        ScanOldUntil([&] { return Saving(); });
+        Main().Listbox1.DeleteAllRows();
+        RunThreads();
+        EXPECT_EQ(SavedRows(), (Lines{"a.tif|2|old|tif"})) << "emptied when one row was written";
+        EXPECT_EQ(Texts(), "Varnith - Testix - Finished|old|0 file(s)|All,tif");
+        std::filesystem::remove(application / "varnth");
+        Scan(documents / "first", true);
+        EXPECT_FALSE(std::filesystem::exists(application / "varnth")) << "made at start-up only";
+        EXPECT_EQ(Texts(), "Varnith - Testix - Finished|first|1 file(s)|All,tiff");
+    });
+}
+
+}  // namespace varnith::test
