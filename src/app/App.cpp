@@ -4,6 +4,8 @@
 #include "platform/base/Exceptions.h"
 #include "platform/database/Database.h"
 #include "platform/files/FolderItem.h"
+#include "platform/files/SpecialFolders.h"
+#include "settings/Prefs.h"
 
 namespace varnith {
 
@@ -36,6 +38,7 @@ App& App::Instance() {
 
 void App::Event_Open() {
     MakeResultsDatabaseIfMissing();
+    Prefs::file = PreferencesFolder()->Child("varnth");
 }
 
 bool App::Event_UnhandledException(const std::exception& error) {

@@ -16,7 +16,8 @@ class App : public Application {
     static App& Instance();
 
     // Fired once, when the run loop starts. Makes the results database beside the application if it is
-    // missing; an existing file is taken as it stands. Failure is silent.
+    // missing; an existing file is taken as it stands. Then tells the settings where their file is. Failure
+    // is silent.
     void Event_Open() override;
 
     // True for the failures that end nothing but the handler or thread in which they arose.

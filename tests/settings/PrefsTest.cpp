@@ -1,0 +1,132 @@
+#include <memory>
+
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+
+#include "settings/Prefs.h"
+#include "support/TemporaryFolder.h"
+
+namespace varnith::test {
+
+namespace {
+
+// What the sqlite3 shell, as another program, reads from a file.
+std::string Shell(const std::string& path, const std::string& statement) {
+    const std::string command = "sqlite3 '" + path + "' \"" + statement + "\"";
+    const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(command.c_str(), "r"), pclose);
+    std::string text;
+    for (int c; (c = fgetc(output.get())) != EOF;) text += static_cast<char>(c);
+    return text;
+}
+
+constexpr auto AllRows = "select name, value from preferences order by name";
+
+class PrefsTest : public testing::Test {
+  protected:
+    PrefsTest() { StartAnew(path); }
+    ~PrefsTest() override { StartAnew(""); }
+
+    // A new run of the program.
+    static void StartAnew(const std::string& settings_path) {
+        Prefs::db = nullptr;
+        Prefs::file = settings_path.empty() ? nullptr : FolderItem::FromPath(settings_path);
+    }
+
+    // A value can't be kept: reads give the default, writes are lost.
+    static void ExpectNothingIsKept() {
+        Prefs::SetValue("name", true, "value");
+        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
+    }
+
+    TemporaryFolder folder;
+    const std::string path = folder / "varnth";
+};
+
+TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
+    struct Written {
+        std::string name;
+        bool prefix_wanted;
+        std::string value;
+    };
+    const Written written[] = {
+        {"lastupdatecheck", true, "2008-06-24"},
+        {"lastupdatecheck", false, "no prefix"},
+        {"LastUpdateCheck", true, "another case"},
+        {"it's", true, "O'Brien ''twice''"},
+        {"empty", true, ""},
+        {"\"; drop table preferences; --", true, "\"x\"\n\tx"},
+        {"größe", false, "naïve \xFF"},
+    };
+    for (const Written& one : written) {
+        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), "default") << one.name;
+        Prefs::SetValue(one.name, one.prefix_wanted, "first");
+        Prefs::SetValue(one.name, one.prefix_wanted, one.value);
+        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), one.value) << one.name;
+    }
+    StartAnew(path);
+    for (const Written& one : written)
+        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), one.value) << one.name;
+
+    EXPECT_EQ(Shell(path, "select sql from sqlite_master"),
+              "CREATE TABLE preferences (name varchar, value varchar)\n");
+    EXPECT_EQ(Shell(path, "select count(*), count(distinct name) from preferences"), "7|7\n");
+    EXPECT_EQ(Shell(path, "select name, value from preferences where value = '2008-06-24'"),
+              "VRNTH-lastupdatecheck|2008-06-24\n");
+}
+
+TEST_F(PrefsTest, TakesAnExistingFileAsItStands) {
+    Shell(path, "create table preferences (name, value); insert into preferences values ('', 'x'), ('n', 7)");
+    EXPECT_EQ(Prefs::Value("n", false, "default"), "7");
+    EXPECT_EQ(Prefs::Value("", false, "default"), "default") << "a row without a name counts as none";
+
+    StartAnew(folder / "without table");
+    Shell(folder / "without table", "create table other (x)");
+    EXPECT_THROW(Prefs::Value("n", false, "default"), NilObjectException);
+    EXPECT_THROW(Prefs::SetValue("n", false, "x"), NilObjectException);
+}
+
+TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
+    StartAnew("");
+    ExpectNothingIsKept();
+
+    StartAnew(folder.File("garbage", std::string(5000, 'x')));
+    ExpectNothingIsKept();
+    EXPECT_EQ(BytesOf(folder / "garbage"), std::string(5000, 'x'));
+
+    const std::string unwritable = folder.Folder("unwritable");
+    ASSERT_EQ(chmod(folder.Path().c_str(), 0755) | chmod(unwritable.c_str(), 0555), 0);
+    StartAnew(unwritable + "/varnth");
+    const auto self = static_cast<uid_t>(setfsuid(65534));  // the permissions don't hold for root
+    ExpectNothingIsKept();
+    setfsuid(self);
+    ASSERT_EQ(chmod(unwritable.c_str(), 0755), 0);
+    Prefs::SetValue("name", true, "value");
+    EXPECT_EQ(Prefs::Value("name", true, "default"), "value");
+}
+
+TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
+    Prefs::SetValue("name", false, "old");
+    Database other;
+    other.SetDatabaseFile(Prefs::file);
+    ASSERT_TRUE(other.Connect());
+
+    other.SQLExecute("begin exclusive transaction");
+    EXPECT_THROW(Prefs::Value("name", false, "default"), NilObjectException);
+    EXPECT_THROW(Prefs::SetValue("name", false, "lost"), NilObjectException);
+    other.SQLExecute("rollback");
+
+    other.SQLExecute("begin transaction");
+    other.SQLSelect(AllRows);
+    Prefs::SetValue("name", false, "lost, while the other reads");
+    other.SQLExecute("insert into preferences values ('other', 'written')");
+    other.Commit();
+    EXPECT_EQ(Shell(path, AllRows), "name|old\nother|written\n");
+    Prefs::SetValue("name", false, "new");
+    EXPECT_EQ(Shell(path, AllRows), "name|new\nother|written\n");
+}
+
+}  // namespace
+
+}  // namespace varnith::test
