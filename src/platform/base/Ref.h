@@ -17,6 +17,9 @@ class RefCounted {
     RefCounted& operator=(const RefCounted&) = delete;
     virtual ~RefCounted() = default;
 
+  protected:
+    std::size_t References() const { return references_; }
+
   private:
     template <class T>
     friend class Ref;

@@ -63,7 +63,7 @@ void Scheduler::RunOneTurn(Thread& thread) {
 std::optional<std::chrono::milliseconds> Scheduler::UntilNextTurn() const {
     std::optional<std::chrono::milliseconds> shortest;
     for (const Thread* thread : threads_) {
-        if (thread->turns_ == Thread::Turns::Suspended) continue;
+        if (thread == running_ || thread->turns_ == Thread::Turns::Suspended) continue;
         const auto now = std::chrono::steady_clock::now();
         const auto due = thread->turns_ == Thread::Turns::Ready ? now : std::max(now, thread->wake_time_);
         const auto wait = std::chrono::ceil<std::chrono::milliseconds>(due - now);

@@ -22,11 +22,14 @@ class Scheduler {
     // thread run for a slice. A killed thread ends here: its stack is unwound.
     void Yield();
 
+    // The running side has nothing more to do in its slice: the next yield point is taken up.
+    void GiveUpSlice() { slice_end_ = {}; }
+
     // One turn: each thread that is ready runs for a slice. Called by the event loop, on its own stack.
     void Turn();
 
     // How long the event loop may wait before the next turn: zero if a thread is ready, otherwise until the
-    // first sleeping one is due; nothing if no thread waits for a turn.
+    // first sleeping one is due; nothing if no thread waits for a turn. The thread that asks is not counted.
     std::optional<std::chrono::milliseconds> UntilNextTurn() const;
 
     // Called whenever UntilNextTurn may have become shorter.

@@ -58,6 +58,10 @@ void Application::Quit(int status) {
     Desktop::Current().Quit(status);
 }
 
+void Application::DoEvents(std::int32_t milliseconds) {
+    Desktop::Current().DoEvents(milliseconds);
+}
+
 void Application::Open(const Ref<Window>& window) {
     if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) windows_.push_back(window);
     if (stage_ == Stage::Running && !quitting_) window->OpenNow();

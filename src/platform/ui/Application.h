@@ -32,6 +32,10 @@ class Application {
     void Quit(int status);
     bool IsQuitting() const { return quitting_; }
 
+    // Runs the event loop once from within a handler, which may so be entered again. Waits that many
+    // milliseconds for an event if there is none; not at all below 1.
+    void DoEvents(std::int32_t milliseconds);
+
     void SetMenuBar(const Ref<varnith::MenuBar>& bar) { menu_bar_ = bar; }
     const Ref<varnith::MenuBar>& MenuBar() const { return menu_bar_; }
 

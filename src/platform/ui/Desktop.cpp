@@ -1,11 +1,25 @@
 #include "platform/ui/Desktop.h"
 
+#include <algorithm>
 #include <utility>
+
+#include <poll.h>
+
+#include "platform/net/SocketEvents.h"
+#include "platform/threads/Scheduler.h"
 
 namespace varnith {
 
 namespace {
 Desktop* in_force = nullptr;
+}
+
+void Desktop::DoEvents(std::int32_t milliseconds) {
+    const auto sockets = SocketEvents::Current();
+    pollfd watched{sockets->Descriptor(), POLLIN, 0};
+    poll(&watched, 1, std::max(milliseconds, 0));
+    sockets->Serve();
+    Scheduler::Current().Turn();
 }
 
 Desktop& Desktop::Current() {

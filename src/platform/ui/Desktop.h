@@ -26,6 +26,9 @@ class Desktop {
     // Runs the event loop until Quit; returns the status given there. Without a display there are no events,
     // so it returns 0 at once.
     virtual int RunEventLoop() { return 0; }
+    // Runs the event loop once: delivers the events that wait, those of sockets and the threads' turns among
+    // them. If there is none, waits for one that many milliseconds; not at all below 1.
+    virtual void DoEvents(std::int32_t milliseconds);
     // Lets the event loop, inner ones included, end soon with that status.
     virtual void Quit(int /*status*/) {}
 
