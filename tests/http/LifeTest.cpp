@@ -1,0 +1,267 @@
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "http/support/HTTPTest.h"
+#include "platform/base/Text.h"
+#include "platform/net/Network.h"
+#include "platform/threads/Scheduler.h"
+#include "platform/threads/Thread.h"
+#include "platform/ui/Application.h"
+
+namespace varnith::test {
+
+namespace {
+
+// A server that works beside the client, which waits for it in one call.
+class HTTPWaitTest : public HTTPTest {
+  protected:
+    void Beside(const std::function<void()>& work) { worker_ = std::jthread(work); }
+    void ServeOnce(const Lines& pieces) {
+        Beside([this, pieces] {
+            server.TakeRequest();
+            for (const std::string& piece : pieces) server.Send(piece);
+            server.Close();
+        });
+    }
+
+  private:
+    std::jthread worker_;
+};
+
+TEST_F(HTTPTest, LetsGoOfARequestAtAnyTime) {
+    const auto start = [&] {
+        client = MakeRef<RecordingSocket>(events);
+        client->Get(server.At("/"));
+    };
+    const std::function<void()> stages[] = {
+        [&] {},
+        [&] { PumpUntil([&] { return client->IsConnected(); }); },
+        [&] { TakeRequest(); },
+        [&] { Answer({"HTTP/1.0 200 OK\n\nbo"}); },
+    };
+    for (std::size_t last = 0; last < std::size(stages); ++last) {
+        start();
+        for (std::size_t i = 0; i <= last; ++i) stages[i]();
+        const std::size_t before = events.size();
+        client = nullptr;
+        EXPECT_EQ(events.size(), before + 1);
+        EXPECT_EQ(events.back(), "gone");
+        if (last == 1) server.TakeRequest(RawServer::Part::Head);
+        EXPECT_TRUE(last < 2 || server.ClientHasGone());
+    }
+}
+
+// The handler of each event in turn lets go of the socket: that event is its last.
+TEST_F(HTTPTest, IsLetGoOfByItsOwnEvent) {
+    const auto let_go = [&](const auto&...) {
+        events.emplace_back("let go");
+        client = nullptr;
+    };
+    const std::function<void()> slots[] = {
+        [&] { client->Connected = let_go; },
+        [&] { client->HeadersReceived = let_go; },
+        [&] { client->ReceiveProgress = let_go; },
+        [&] { client->PageReceived = let_go; },
+        [&] {
+            client->AuthenticationRequired = [let_go](const auto&...) {
+                let_go();
+                return true;
+            };
+        },
+    };
+    for (std::size_t i = 0; i < std::size(slots); ++i) {
+        client = MakeRef<RecordingSocket>(events);
+        slots[i]();
+        client->Get(server.At("/"));
+        if (i > 0) {
+            TakeRequest();
+            server.Send(i == 4 ? "HTTP/1.0 401 No\n\n" : "HTTP/1.0 200 OK\n\n");
+            server.Close();
+        }
+        PumpUntil([&] { return !client; });
+        if (i == 0) server.TakeRequest();
+        EXPECT_EQ(Lines(events.end() - 2, events.end()), (Lines{"let go", "gone"})) << i;
+    }
+    client = MakeRef<RecordingSocket>(events);
+    client->Error = let_go;
+    client->Get("127.0.0.1:0/", FolderItem::FromPath(folder.Path()));
+    EXPECT_EQ(events.back(), "gone") << "within the call itself";
+}
+
+TEST_F(HTTPTest, DropsTheRequestThatANewOneOvertakes) {
+    client->Get(server.At("/never sent"));
+    client->Get(server.At("/dropped"));
+    TakeRequest();
+    Answer({"HTTP/1.0 200 OK\n\ndropped"});
+    events.clear();
+    client->Get(server.At("/counts"));
+    EXPECT_TRUE(server.ClientHasGone());
+    EXPECT_EQ(TakeRequest(), PlainRequest("GET", "/counts", server.At("")));
+    AnswerAndClose({"HTTP/1.0 200 OK\n\nnew"});
+    EXPECT_EQ(events, (Lines{"Connected", "HeadersReceived 200 []", "ReceiveProgress 3/0 new",
+                             "PageReceived " + server.At("/counts") + " 200 [] new"}));
+}
+
+TEST_F(HTTPTest, ReadsOnceWhatComesWhileAHandlerRunsTheEventLoop) {
+    Application application;
+    client->HeadersReceived = [&](const auto&, auto) {
+        for (const std::string piece : {"-one", "-two"}) {
+            const int before = client->arrivals;
+            server.Send(piece);
+            while (client->arrivals == before) application.DoEvents(1000);
+        }
+    };
+    client->Get(server.At("/"));
+    TakeRequest();
+    server.Send("HTTP/1.0 200 OK\n\nbody");
+    PumpUntil([&] { return client->arrivals == 3; });
+    AnswerAndClose({"-end"});
+    EXPECT_EQ(events, (Lines{"Connected", "ReceiveProgress 12/0 body-one-two", "ReceiveProgress 16/0 -end",
+                             "PageReceived " + server.At("/") + " 200 [] body-one-two-end"}));
+}
+
+TEST_F(HTTPTest, GoesOnAfterAHandlerThatFails) {
+    Application application;
+    int failures = 0;
+    SetUnhandledExceptionHandler([&](const std::exception&) { ++failures; });
+    client->HeadersReceived = [](const auto&, auto) { throw NilObjectException(); };
+    client->Get(server.At("/"));
+    TakeRequest();
+    AnswerAndClose({"HTTP/1.0 200 OK\n\nbody"});
+    EXPECT_EQ(events.back(), "PageReceived " + server.At("/") + " 200 [] body");
+    EXPECT_EQ(failures, 1);
+}
+
+TEST_F(HTTPWaitTest, WaitsForTheResultAndWithholdsTheEvents) {
+    client->AuthenticationRequired = [&](const auto&, auto&, auto&) {
+        events.emplace_back("AuthenticationRequired");
+        return false;
+    };
+    ServeOnce({"HTTP/1.0 401 No\na: 1\n\n", "bo", "dy"});
+    EXPECT_EQ(client->Get(server.At("/"), 20), "body");
+    EXPECT_EQ(events, Lines{"AuthenticationRequired"});
+    EXPECT_EQ(client->HTTPStatusCode(), 401);
+    EXPECT_EQ(client->PageHeaders()->Value("a"), "1");
+    EXPECT_EQ(client->ErrorCode(), 0);
+
+    ServeOnce({"HTTP/1.0 200 OK\n\nfile"});
+    const auto file = FolderItem::FromPath(folder / "file");
+    EXPECT_TRUE(client->Post(server.At("/"), file, 20));
+    EXPECT_EQ(BytesOf(folder / "file"), "file");
+
+    ServeOnce({"HTTP/1.0 200 OK\nb: 2\n\n"});
+    EXPECT_EQ(client->GetHeaders(server.At("/"), 0)->Value("b"), "2");
+    ServeOnce({"HTTP/1.0 200 OK\n\n"});
+    EXPECT_EQ(client->Post(server.At("/"), 20), "");
+    EXPECT_FALSE(client->PageHeaders()) << "a block without a header is none";
+    ServeOnce({});
+    EXPECT_FALSE(client->GetHeaders(server.At("/"), 20));
+
+    ServeOnce({"HTTP/1.0 200 OK\n\nof the page before"});
+    client->Get(server.At("/"), 20);
+    server.StopListening();
+    EXPECT_EQ(client->Get(server.At("/"), 20), "of the page before") << "a failed call doesn't reset it";
+    EXPECT_EQ(client->ErrorCode(), SocketCore::ConnectionNotMade);
+    EXPECT_EQ(events, Lines{"AuthenticationRequired"});
+}
+
+TEST_F(HTTPWaitTest, HearsWhatAServerSaysThatTakesNoMore) {
+    Beside([this] {
+        server.TakeRequest(RawServer::Part::Head);
+        server.Send("HTTP/1.0 413 Too Large\n\ntoo large");
+        server.Close();
+    });
+    client->SetPostContent(std::string(50 << 20, 'x'), "text/plain");
+    EXPECT_EQ(client->Post(server.At("/"), 20), "too large");
+}
+
+TEST_F(HTTPWaitTest, LimitsTheTimeInWhichNothingMoves) {
+    Beside([this] {
+        server.TakeRequest();
+        server.Send("HTTP/1.0 200 OK\n\n");
+        for (const char* piece : {"it ", "drips ", "on"}) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            server.Send(piece);
+        }
+        server.Close();
+    });
+    EXPECT_EQ(client->Get(server.At("/"), 1), "it drips on");
+
+    // Only the page in memory counts as movement: a download has to be through in time.
+    Beside([this] {
+        server.TakeRequest();
+        server.Send("HTTP/1.0 200 OK\n\n");
+        while (server.Send(".")) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    });
+    EXPECT_FALSE(client->Get(server.At("/"), FolderItem::FromPath(folder / "file"), 1));
+    EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
+    EXPECT_FALSE(client->IsConnected());
+
+    // A head that never ends leaves the page unfinished.
+    ServeOnce({"HTTP/1.0 200 OK\na: 1"});
+    client->Get(server.At("/"), 1);
+    EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
+
+    // That the file can't be written is forgotten by the wait.
+    EXPECT_FALSE(client->Get(server.At("/"), FolderItem::FromPath(folder.Path()), 1));
+    EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
+}
+
+TEST_F(HTTPWaitTest, CostsNextToNothingToWait) {
+    const double before = ProcessorSeconds();
+    EXPECT_EQ(client->Get(server.At("/"), 5), "");
+    EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
+    EXPECT_LT(ProcessorSeconds() - before, 0.1);
+}
+
+// A piece of work that gives way at each step, like a scan.
+struct LongWork : Thread {
+    std::atomic<bool> done = false;
+    void Event_Run() override {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+        while (std::chrono::steady_clock::now() < end) varnith::Yield();
+        done = true;
+        done.notify_all();
+    }
+};
+
+TEST_F(HTTPWaitTest, LetsTheThreadsOfTheProgramRunOn) {
+    const auto work = MakeRef<LongWork>();
+    work->Run();
+    Beside([this, &work] {
+        server.TakeRequest();
+        work->done.wait(false);
+        server.Send("HTTP/1.0 200 OK\n\nafter the work");
+        server.Close();
+    });
+    EXPECT_EQ(client->Get(server.At("/"), 20), "after the work");
+}
+
+TEST_F(HTTPWaitTest, RunsTheEventLoopIfToldTo) {
+    Application application;
+    Lines other_events;
+    const auto other = MakeRef<RecordingSocket>(other_events);
+    RawServer other_server;
+    other->Get(other_server.At("/"));
+    client->Yield = true;
+    client->Get(server.At("/"), 1);
+    EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
+    EXPECT_EQ(other_events, Lines{"Connected"}) << "another socket's events come in the meantime";
+    client->Yield = false;
+    other->Get(other_server.At("/"));
+    client->Get(server.At("/"), 1);
+    EXPECT_EQ(other_events, Lines{"Connected"});
+}
+
+TEST(Network, LooksUpAddresses) {
+    EXPECT_EQ(Network::LookupIPAddress("127.0.0.1"), "127.0.0.1");
+    EXPECT_TRUE(Network::LookupIPAddress("localhost") == "127.0.0.1" ||
+                Network::LookupIPAddress("localhost") == "::1");
+    EXPECT_EQ(Network::LookupIPAddress(""), "");
+    EXPECT_EQ(Network::LookupIPAddress(std::string(300, 'x')), "");
+}
+
+}  // namespace
+
+}  // namespace varnith::test

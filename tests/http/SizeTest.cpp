@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <thread>
+
+#include <sys/resource.h>
+
+#include "http/support/HTTPTest.h"
+
+namespace varnith::test {
+
+namespace {
+
+constexpr std::size_t Size = 100 << 20;
+
+// 100 MiB of which each piece of 1 MiB begins with its number.
+class LargePage {
+  public:
+    static std::string Piece(std::size_t number) {
+        std::string piece(1 << 20, '.');
+        return piece.replace(0, std::to_string(number).size(), std::to_string(number));
+    }
+    explicit LargePage(RawServer& server)
+        : worker_([&server] {
+              server.TakeRequest();
+              server.Send("HTTP/1.0 200 OK\r\n\r\n");
+              for (std::size_t i = 0; i < Size >> 20; ++i) server.Send(Piece(i));
+              server.Close();
+          }) {}
+    static bool Is(const std::string& page) {
+        bool same = page.size() == Size;
+        for (std::size_t i = 0; same && i < Size >> 20; ++i)
+            same = page.compare(i << 20, 1 << 20, Piece(i)) == 0;
+        return same;
+    }
+
+  private:
+    std::jthread worker_;
+};
+
+std::int64_t PeakMemory() {
+    rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    return std::int64_t{usage.ru_maxrss} << 10;
+}
+
+using SizeTest = HTTPTest;
+
+TEST_F(SizeTest, StreamsALargePageIntoAFile) {
+    [[maybe_unused]] const std::int64_t before = PeakMemory();
+    const LargePage page(server);
+    EXPECT_TRUE(client->Get(server.At("/"), FolderItem::FromPath(folder / "file"), 60));
+#if !defined(__SANITIZE_ADDRESS__)  // which holds back what is freed
+    EXPECT_LT(PeakMemory() - before, 10 << 20);
+#endif
+    EXPECT_TRUE(LargePage::Is(BytesOf(folder / "file")));
+}
+
+TEST_F(SizeTest, KeepsALargePageInMemory) {
+    const double before = ProcessorSeconds();
+    const LargePage page(server);
+    EXPECT_TRUE(LargePage::Is(client->Get(server.At("/"), 60)));
+    EXPECT_LT(ProcessorSeconds() - before, 10) << "each pass costs as much as the page is long";
+}
+
+TEST_F(SizeTest, TakesALongHeadByteByByte) {
+    client->Get(server.At("/"));
+    TakeRequest();
+    std::string head = "HTTP/1.0 200 OK\r\n";
+    for (int i = 0; head.size() < 1 << 20; ++i) head += "Name-" + std::to_string(i) + ": value\r\n";
+    const auto send_byte_by_byte = [&](std::size_t from, std::size_t count) {
+        const double before = ProcessorSeconds();
+        for (; count > 0; --count) Answer({head.substr(from++, 1)});
+        return ProcessorSeconds() - before;
+    };
+    constexpr std::size_t Part = 1 << 15;
+    const double first = send_byte_by_byte(0, Part);
+    for (std::size_t from = Part; from < head.size() - Part; from += Part)
+        Answer({head.substr(from, std::min(Part, head.size() - Part - from))});
+    const double last = send_byte_by_byte(head.size() - Part, Part);
+    EXPECT_LT(last, 4 * first) << "each byte costs as much as the head is long";
+    EXPECT_EQ(events, Lines{"Connected"});
+    server.Send("\r\n");
+    PumpUntil([&] { return client->HTTPStatusCode() == 200; });
+    EXPECT_EQ(client->PageHeaders()->Value("name-40000"), "value");
+}
+
+}  // namespace
+
+}  // namespace varnith::test
