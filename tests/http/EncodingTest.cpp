@@ -86,7 +86,7 @@ TEST_F(HTTPTest, ReportsAnAddressThatLeadsNowhere) {
         {"/x", "Error 103"},
         {"http://" + no_such_name + "/", "Error 103"},
         {refusing.At("/"), "Error 104"},
-        {"127.0.0.1:70000/", "Error 104"},
+        {"127.0.0.1:" + std::to_string(server.Port() + 65536) + "/", "Error 104"},
         {"127.0.0.1:-1/", "Error 104"},
         {"127.0.0.1:99999999999999999999/", "Error 104"},
     };

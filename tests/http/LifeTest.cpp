@@ -89,6 +89,33 @@ TEST_F(HTTPTest, IsLetGoOfByItsOwnEvent) {
     EXPECT_EQ(events.back(), "gone") << "within the call itself";
 }
 
+TEST_F(HTTPTest, IsLetGoOfByTheEventOfAnother) {
+    RawServer other_server;
+    auto other = MakeRef<RecordingSocket>(events);
+    other->HeadersReceived = [&](const auto&, auto) { client = nullptr; };
+    client->HeadersReceived = [&](const auto&, auto) { other = nullptr; };
+    client->Get(server.At("/"));
+    TakeRequest();
+    other->Get(other_server.At("/"));
+    PumpUntil([&] { return other->sendings > 0; });
+    other_server.TakeRequest();
+    for (RawServer* each : {&server, &other_server}) each->Send("HTTP/1.0 200 OK\n\n");
+    events.clear();
+    PumpUntil([&] { return !events.empty(); });
+    EXPECT_EQ(events, (Lines{"gone", "ReceiveProgress 0/0 "}));
+}
+
+TEST_F(HTTPTest, HearsWhatAServerSaysThatTakesNoMore) {
+    client->SetPostContent(std::string(50 << 20, 'x'), "text/plain");
+    client->Post(server.At("/"));
+    for (int turn = 0; turn < 10; ++turn) client->Poll();
+    server.TakeRequest(RawServer::Part::Head);
+    server.Send("HTTP/1.0 413 Too Large\n\ntoo large");
+    server.Close();
+    PumpUntilEnd();
+    EXPECT_EQ(events.back(), "PageReceived " + server.At("/") + " 413 [] too large");
+}
+
 TEST_F(HTTPTest, DropsTheRequestThatANewOneOvertakes) {
     client->Get(server.At("/never sent"));
     client->Get(server.At("/dropped"));
@@ -166,14 +193,14 @@ TEST_F(HTTPWaitTest, WaitsForTheResultAndWithholdsTheEvents) {
     EXPECT_EQ(events, Lines{"AuthenticationRequired"});
 }
 
-TEST_F(HTTPWaitTest, HearsWhatAServerSaysThatTakesNoMore) {
-    Beside([this] {
-        server.TakeRequest(RawServer::Part::Head);
-        server.Send("HTTP/1.0 413 Too Large\n\ntoo large");
-        server.Close();
-    });
-    client->SetPostContent(std::string(50 << 20, 'x'), "text/plain");
-    EXPECT_EQ(client->Post(server.At("/"), 20), "too large");
+TEST_F(HTTPWaitTest, IsLetGoOfWhileItIsWaitedFor) {
+    client->AuthenticationRequired = [&](const auto&, auto&, auto&) {
+        client = nullptr;
+        return false;
+    };
+    ServeOnce({"HTTP/1.0 401 No\n\nbody"});
+    EXPECT_EQ(client->Get(server.At("/"), 20), "body");
+    EXPECT_EQ(events, Lines{"gone"});
 }
 
 TEST_F(HTTPWaitTest, LimitsTheTimeInWhichNothingMoves) {
@@ -215,18 +242,19 @@ TEST_F(HTTPWaitTest, CostsNextToNothingToWait) {
     EXPECT_LT(ProcessorSeconds() - before, 0.1);
 }
 
-// A piece of work that gives way at each step, like a scan.
+// A piece of work that needs many turns, like a scan.
 struct LongWork : Thread {
     std::atomic<bool> done = false;
     void Event_Run() override {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
-        while (std::chrono::steady_clock::now() < end) varnith::Yield();
+        for (int turn = 0; turn < 20; ++turn) Sleep(1);
         done = true;
         done.notify_all();
     }
 };
 
 TEST_F(HTTPWaitTest, LetsTheThreadsOfTheProgramRunOn) {
+    // A slice that only ends by being given up.
+    Scheduler::Current().SetSlice(std::chrono::minutes(1));
     const auto work = MakeRef<LongWork>();
     work->Run();
     Beside([this, &work] {
