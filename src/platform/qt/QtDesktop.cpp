@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <utility>
 
+#include "platform/net/SocketEvents.h"
 #include "platform/qt/Decode.h"
 #include "platform/qt/QtWindow.h"
 #include "platform/qt/ReadableStyle.h"
@@ -16,7 +17,10 @@
 
 namespace varnith {
 
-QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv), last_folder_(QDir::homePath()) {
+QtDesktop::QtDesktop(int& argc, char** argv)
+    : application_(argc, argv),
+      sockets_(SocketEvents::Current()->Descriptor(), QSocketNotifier::Read),
+      last_folder_(QDir::homePath()) {
     // When the program ends is its own to say.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));
@@ -27,6 +31,7 @@ QtDesktop::QtDesktop(int& argc, char** argv) : application_(argc, argv), last_fo
         ScheduleTurn();
     });
     Scheduler::Current().SetWakeUp([this] { ScheduleTurn(); });
+    QObject::connect(&sockets_, &QSocketNotifier::activated, [] { SocketEvents::Current()->Serve(); });
 }
 
 QtDesktop::~QtDesktop() {
@@ -42,6 +47,12 @@ void QtDesktop::ScheduleTurn() {
 
 int QtDesktop::RunEventLoop() {
     return QApplication::exec();
+}
+
+void QtDesktop::DoEvents(std::int32_t milliseconds) {
+    QTimer alarm;
+    if (milliseconds > 0) alarm.start(milliseconds);
+    QApplication::processEvents(milliseconds > 0 ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
 }
 
 void QtDesktop::Quit(int status) {

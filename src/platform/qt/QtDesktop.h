@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <memory>
 #include <optional>
@@ -11,8 +12,8 @@
 
 namespace varnith {
 
-// The desktop by means of Qt. Its event loop also gives the program's threads their turns, in the inner
-// loops of dialogs as well.
+// The desktop by means of Qt. Its event loop also gives the program's threads their turns and serves its
+// sockets, in the inner loops of dialogs as well.
 class QtDesktop : public Desktop {
   public:
     // The arguments are Qt's own; they and the references to them have to outlive the desktop.
@@ -20,6 +21,7 @@ class QtDesktop : public Desktop {
     ~QtDesktop() override;
 
     int RunEventLoop() override;
+    void DoEvents(std::int32_t milliseconds) override;
     void Quit(int status) override;
     std::unique_ptr<WindowView> Show(Window& window) override;
     Size ScreenSize(int screen) const override;
@@ -49,6 +51,7 @@ class QtDesktop : public Desktop {
     QApplication application_;
     FrameClock clock_;
     QTimer turn_timer_;
+    QSocketNotifier sockets_;
     Qt::KeyboardModifiers delivered_;
     QString last_folder_;
 };
