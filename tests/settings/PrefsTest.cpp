@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -6,7 +7,7 @@
 #include <sys/stat.h>
 
 #include "settings/Prefs.h"
-#include "support/TemporaryFolder.h"
+#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -125,6 +126,22 @@ TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
     EXPECT_EQ(Shell(path, AllRows), "name|old\nother|written\n");
     Prefs::SetValue("name", false, "new");
     EXPECT_EQ(Shell(path, AllRows), "name|new\nother|written\n");
+}
+
+TEST_F(ProgramTest, NamesTheSettingsFileWhenItStarts) {
+    const TemporaryFolder home;
+    ASSERT_EQ(setenv("HOME", home.Path().c_str(), 1), 0);
+    const std::string configured = home / "some/where";
+    const std::pair<std::string, std::string> cases[] = {
+        {configured, configured}, {"", home / ".config"}, {"relative", home / ".config"}};
+    for (const auto& [value, expected] : cases) {
+        ASSERT_EQ(setenv("XDG_CONFIG_HOME", value.c_str(), 1), 0);
+        Prefs::file = nullptr;
+        Start([] {});
+        EXPECT_EQ(Prefs::file->AbsolutePath(), expected + "/varnth");
+        EXPECT_EQ(std::filesystem::status(expected).permissions(), std::filesystem::perms::owner_all);
+        EXPECT_FALSE(Prefs::file->Exists()) << "it is made by the first use";
+    }
 }
 
 }  // namespace
