@@ -1,7 +1,6 @@
 #include "app/MainWindow.h"
 
 #include "menus/MenuBar1.h"
-#include "platform/base/Text.h"
 #include "platform/system/SystemInformationMBS.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/Keyboard.h"
@@ -37,6 +36,8 @@ void MainWindow::_CreateControls0() {
 
     AddControl(Listbox1, {7, 38, 754, 601}, {.Left = true, .Top = true, .Right = true, .Bottom = true}, 0);
     Listbox1.SetColumns(" \tName\tCount\tPath\tType", "30,,65,,55");
+    Listbox1.MouseDown = [this](std::int32_t x, std::int32_t y) { return Listbox1_MouseDown(x, y); };
+    Listbox1.DoubleClick = [this] { Listbox1_DoubleClick(); };
 
     AddControl(StaticText1, {9, 8, 56, 20}, top_left, 2);
     StaticText1.SetText("Address:");
@@ -56,7 +57,12 @@ void MainWindow::_CreateControls0() {
 
     CreateScanThread();
 
+    ContextualMenu1.Place(*this, {}, {}, 0);
+    ContextualMenu1.Action = [this](const std::string& entry) { ContextualMenu1_Action(entry); };
+    ContextualMenu1_Open();
+
     AddControl(PopupMenu1, {560, 7, 114, 20}, top_right, 12);
+    PopupMenu1.Change = [this] { PopupMenu1_Change(); };
 
     AddControl(StaticText16, {515, 7, 40, 20}, top_right, 13);
     StaticText16.SetText("Filter:");
@@ -76,7 +82,7 @@ void MainWindow::Event_Close() {
 }
 
 bool MainWindow::Event_KeyDown(const std::string& key) {
-    if (SameText(key, "w") && (Keyboard::AsyncCommandKey() || Keyboard::AsyncControlKey())) {
+    if (Keyboard::IsCloseShortcut(key)) {
         Close();
         Quit(0);
     }

@@ -7,6 +7,7 @@
 #include "platform/base/Dictionary.h"
 #include "platform/files/FolderItem.h"
 #include "platform/ui/CheckBox.h"
+#include "platform/ui/ContextualMenu.h"
 #include "platform/ui/EditField.h"
 #include "platform/ui/Listbox.h"
 #include "platform/ui/Menu.h"
@@ -43,6 +44,8 @@ class MainWindow : public SingleWindow<MainWindow> {
     CheckBox CheckBox4;
     // The scan thread.
     Ref<Class1> Class11;
+    // The list's menu, which ticks.
+    ContextualMenu ContextualMenu1;
     PopupMenu PopupMenu1;
     StaticText StaticText16;
 
@@ -76,6 +79,16 @@ class MainWindow : public SingleWindow<MainWindow> {
     void AddWord(const std::string& type, std::int32_t line_number);
     // Replaces what the results database holds by the rows of the list. Failure is silent.
     void savetodb();
+    // A press in the list; always false, so the list goes on with it. The contextual one opens the menu
+    // first.
+    bool Listbox1_MouseDown(std::int32_t x, std::int32_t y);
+    // Opens the file of the highlighted row in the desktop's application for it, or says that it isn't there.
+    void Listbox1_DoubleClick();
+    void ContextualMenu1_Open();
+    // Sets the ticks of all rows as the entry of that text says.
+    void ContextualMenu1_Action(const std::string& entry);
+    // The pick of a type: the list is made anew of the saved rows of that type. Without any it stays.
+    void PopupMenu1_Change();
 
   private:
     void Layout();
@@ -85,6 +98,8 @@ class MainWindow : public SingleWindow<MainWindow> {
     void CreateScanThread();
     void AddMenuHandlers();
     bool _HelpVisitWebsite_Action();
+    // In export/. Shows the export window.
+    bool _FileExport_Action();
 
     template <class T>
     Ref<T> MenuEntry(const std::string& name) const;

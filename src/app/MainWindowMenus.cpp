@@ -42,6 +42,7 @@ Ref<MenuItem> MainWindow::FileExport() const {
 }
 
 void MainWindow::AddMenuHandlers() {
+    AddMenuHandler("FileExport", [this] { return _FileExport_Action(); });
     AddMenuHandler("HelpVisitWebsite", [this] { return _HelpVisitWebsite_Action(); });
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/files/FileSystem.h"
+#include "platform/ui/Desktop.h"
 
 namespace varnith {
 
@@ -85,6 +86,10 @@ Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& /*file_type*/)
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile() const {
     return OpenStream<BinaryStream>(*this, false);
+}
+
+void FolderItem::Launch(bool to_front) const {
+    Desktop::Current().OpenDocument(AbsolutePath(), to_front);
 }
 
 Ref<FolderItem> ApplicationItem() {

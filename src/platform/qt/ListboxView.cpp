@@ -4,10 +4,14 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolTip>
 #include <algorithm>
+#include <optional>
+
+#include "platform/qt/ContextMenu.h"
 
 namespace varnith {
 
@@ -75,10 +79,44 @@ void ListboxWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void ListboxWidget::mousePressEvent(QMouseEvent* event) {
+    // A menu lets the program run, which may close the window.
+    const QPointer<ListboxWidget> self(this);
+    const QPoint place = event->position().toPoint();
+    if (DeliverPress(place, event->button() == Qt::RightButton) || !self) return;
     QTableView::mousePressEvent(event);
-    // A press on a check box highlights its row as one beside it does.
-    const QModelIndex pressed = indexAt(event->position().toPoint());
-    if (pressed.isValid()) setCurrentIndex(pressed.siblingAtColumn(SearchColumn));
+    // A press on a check box highlights its row as one beside it does, a press below the rows none.
+    setCurrentIndex(indexAt(place).siblingAtColumn(SearchColumn));
+}
+
+void ListboxWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPointer<ListboxWidget> self(this);
+    mousePressEvent(event);
+    if (!self || event->button() != Qt::LeftButton || IsOnCheckBox(event->position().toPoint())) return;
+    on_double_click();
+}
+
+// The key for the context menu is a press on the highlighted row. That of the mouse has been delivered before
+// this event comes.
+void ListboxWidget::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard) return;
+    const QRect row = visualRect(currentIndex()) & viewport()->rect();
+    DeliverPress(row.center(), true);
+}
+
+bool ListboxWidget::DeliverPress(const QPoint& place, bool contextual) {
+    std::optional<ContextualPress> press;
+    if (contextual) press.emplace(viewport()->mapToGlobal(place));
+    return on_press(viewport()->mapToParent(place));
+}
+
+bool ListboxWidget::IsOnCheckBox(const QPoint& place) const {
+    const QModelIndex index = indexAt(place);
+    if (!index.flags().testFlag(Qt::ItemIsUserCheckable)) return false;
+    QStyleOptionViewItem cell;
+    initViewItemOption(&cell);
+    cell.rect = visualRect(index);
+    cell.features |= QStyleOptionViewItem::HasCheckIndicator;
+    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, this).contains(place);
 }
 
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
@@ -117,6 +155,8 @@ ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
     : ControlView(list, table, clock), list_(list), table_(table), model_(list) {
     table.setModel(&model_);
     table.on_space = [&list](int row) { list.ToggleCheck(row); };
+    table.on_press = [&list](const QPoint& place) { return list.PressMouse(place.x(), place.y()); };
+    table.on_double_click = [&list] { list.ClickTwice(); };
     QObject::connect(table.horizontalHeader(), &QHeaderView::sectionClicked, Connections(),
                      [&list](int column) { list.PressHeading(column); });
     QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, Connections(),

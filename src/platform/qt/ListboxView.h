@@ -19,6 +19,10 @@ class ListboxWidget : public QTableView {
 
     // The user has pressed the space bar on that row.
     std::function<void(int row)> on_space;
+    // The user has pressed a mouse button in the list, or the key for its context menu; true to leave it at
+    // that. And: the user has clicked twice.
+    std::function<bool(const QPoint& place)> on_press;
+    std::function<void()> on_double_click;
 
     // The widths by column; 0 for a column that shares the rest.
     void SetColumnWidths(const std::vector<std::int32_t>& widths);
@@ -26,11 +30,15 @@ class ListboxWidget : public QTableView {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    bool DeliverPress(const QPoint& place, bool contextual);
+    bool IsOnCheckBox(const QPoint& place) const;
     void ShareRest();
     bool ShowTipForCutText(const QPoint& position, const QPoint& global_position);
 

@@ -10,9 +10,11 @@
 #include <utility>
 
 #include "platform/net/SocketEvents.h"
-#include "platform/qt/Decode.h"
+#include "platform/qt/ContextMenu.h"
 #include "platform/qt/QtWindow.h"
 #include "platform/qt/ReadableStyle.h"
+#include "platform/qt/SaveDialog.h"
+#include "platform/system/AssignedApplication.h"
 #include "platform/threads/Scheduler.h"
 
 namespace varnith {
@@ -20,7 +22,9 @@ namespace varnith {
 QtDesktop::QtDesktop(int& argc, char** argv)
     : application_(argc, argv),
       sockets_(SocketEvents::Current()->Descriptor(), QSocketNotifier::Read),
-      last_folder_(QDir::homePath()) {
+      user_time_(application_),
+      last_folder_(QDir::homePath()),
+      last_save_folder_(QDir::homePath()) {
     // When the program ends is its own to say.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));
@@ -76,6 +80,22 @@ std::optional<std::string> QtDesktop::ChooseFolder() {
     if (folder.isEmpty()) return std::nullopt;
     last_folder_ = folder;
     return QFile::encodeName(folder).toStdString();
+}
+
+std::optional<std::string> QtDesktop::ChooseFileToWrite(const std::string& filter, const std::string& name) {
+    return AskForFileToWrite(filter, name, last_save_folder_);
+}
+
+std::optional<std::size_t> QtDesktop::ChooseFromMenu(const std::vector<std::string>& entries) {
+    return ShowContextMenu(entries);
+}
+
+bool QtDesktop::IsContextualPress() const {
+    return ContextualPress::Place().has_value();
+}
+
+void QtDesktop::OpenDocument(const std::string& path, bool to_front) {
+    OpenInAssignedApplication(path, to_front ? user_time_.NewStartupId() : "");
 }
 
 void QtDesktop::ShowMessage(const std::string& text) {

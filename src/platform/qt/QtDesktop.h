@@ -6,7 +6,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/qt/UserTime.h"
 #include "platform/qt/View.h"
 #include "platform/ui/Desktop.h"
 
@@ -27,6 +29,10 @@ class QtDesktop : public Desktop {
     Size ScreenSize(int screen) const override;
     std::optional<std::string> ChooseFolder() override;
     void ShowMessage(const std::string& text) override;
+    std::optional<std::string> ChooseFileToWrite(const std::string& filter, const std::string& name) override;
+    std::optional<std::size_t> ChooseFromMenu(const std::vector<std::string>& entries) override;
+    bool IsContextualPress() const override;
+    void OpenDocument(const std::string& path, bool to_front) override;
     void OpenURL(const std::string& url) override;
     bool IsCommandKeyDown() const override;
     bool IsControlKeyDown() const override;
@@ -53,7 +59,9 @@ class QtDesktop : public Desktop {
     QTimer turn_timer_;
     QSocketNotifier sockets_;
     Qt::KeyboardModifiers delivered_;
+    UserTime user_time_;
     QString last_folder_;
+    QString last_save_folder_;
 };
 
 }  // namespace varnith

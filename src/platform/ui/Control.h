@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 #include "platform/base/Guard.h"
 #include "platform/base/Ref.h"
@@ -58,13 +59,21 @@ class Control : public Observed {
 
   protected:
     // Runs a slot of the control, if there is one, inside the guard of event handlers. The slot may close
-    // the control's window.
-    template <class... Arguments>
-    void Fire(const std::function<void(Arguments...)>& slot, Arguments... arguments) {
-        if (!slot) return;
+    // the control's window. Returns what the slot does; without one, or when an exception leaves it, the
+    // plain value of the type.
+    template <class Result, class... Arguments>
+    Result Fire(const std::function<Result(Arguments...)>& slot,
+                std::type_identity_t<Arguments>... arguments) {
+        if (!slot) return Result();
         const Ref<RefCounted> alive(owner_);
         const auto handler = slot;
-        Guarded([&] { handler(arguments...); });
+        if constexpr (std::is_void_v<Result>) {
+            Guarded([&] { handler(arguments...); });
+        } else {
+            Result result{};
+            Guarded([&] { result = handler(arguments...); });
+            return result;
+        }
     }
 
   private:

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace varnith {
 
@@ -45,6 +47,29 @@ class Desktop {
     // Lets the user choose a folder; returns its path as bytes, or nothing if the user cancels. Waits for
     // the user in an event loop of its own.
     virtual std::optional<std::string> ChooseFolder() { return std::nullopt; }
+
+    // Lets the user say where a file is to be written, in a dialog that has a name to offer. It shows files
+    // of the kind `filter`, "Name (*.extension)", and that extension is added to a name without one. Asks
+    // before it takes a file that exists. Returns the path as bytes, or nothing if the user cancels. Waits
+    // for the user in an event loop of its own.
+    virtual std::optional<std::string> ChooseFileToWrite(const std::string& /*filter*/,
+                                                         const std::string& /*name*/) {
+        return std::nullopt;
+    }
+
+    // Shows a menu of these entries, of which "-" makes a line, where the press that asked for it was made.
+    // Returns the place of the chosen entry, from 0, or nothing. Waits for the user in an event loop of its
+    // own.
+    virtual std::optional<std::size_t> ChooseFromMenu(const std::vector<std::string>& /*entries*/) {
+        return std::nullopt;
+    }
+
+    // Whether a press is being delivered that asks for a context menu.
+    virtual bool IsContextualPress() const { return false; }
+
+    // Opens a document or folder, by its absolute path in bytes, in the application that is assigned to it,
+    // and brings that one to the front if asked for. The document itself is never run.
+    virtual void OpenDocument(const std::string& /*path*/, bool /*to_front*/) {}
 
     // Shows a message with one button and waits for the user in an event loop of its own.
     virtual void ShowMessage(const std::string& /*text*/) {}

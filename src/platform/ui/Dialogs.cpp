@@ -9,6 +9,11 @@ Ref<FolderItem> SelectFolder() {
     return path ? FolderItem::FromPath(*path) : nullptr;
 }
 
+Ref<FolderItem> GetSaveFolderItem(const std::string& file_type, const std::string& default_name) {
+    const auto path = Desktop::Current().ChooseFileToWrite(file_type, default_name);
+    return path ? FolderItem::FromPath(*path) : nullptr;
+}
+
 void MsgBox(const std::string& text) {
     Desktop::Current().ShowMessage(text);
 }

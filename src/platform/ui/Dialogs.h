@@ -10,6 +10,10 @@ namespace varnith {
 // Shows the folder dialog and returns the choice; nil if the user cancels.
 Ref<FolderItem> SelectFolder();
 
+// Shows the save dialog for files of a type, given as the type's text, with a name to offer, and returns the
+// choice; nil if the user cancels. The dialog asks before it gives a file that exists.
+Ref<FolderItem> GetSaveFolderItem(const std::string& file_type, const std::string& default_name);
+
 // Shows a message with one button and waits for it.
 void MsgBox(const std::string& text);
 

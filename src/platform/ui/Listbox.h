@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,13 @@ class Listbox : public Control {
     static constexpr std::int32_t TypeDefault = 0;
     static constexpr std::int32_t TypeCheckBox = 2;
     static constexpr std::int32_t MaxColumns = 5;
+
+    // The user has pressed a mouse button in the list, headings aside, or has asked for a context menu there
+    // by key: x and y in pixels from the list's top left. True if the list is to make nothing of the press.
+    std::function<bool(std::int32_t x, std::int32_t y)> MouseDown;
+    // The user has clicked twice in quick succession, on a row or below the last one; not on a check box,
+    // where each click ticks.
+    std::function<void()> DoubleClick;
 
     // Sets the columns: the headings, separated by tabs, give their number, which is MaxColumns at most.
     // The widths, in pixels, are separated by commas; the columns with an empty one share the rest.
@@ -60,6 +68,10 @@ class Listbox : public Control {
     // ticks, rising, or falling if they rise already. Equal rows keep their order, and each row keeps its
     // tick, its tag and the highlight.
     void PressHeading(std::int32_t column);
+
+    // The user's mouse, see the slots.
+    bool PressMouse(std::int32_t x, std::int32_t y) { return Fire(MouseDown, x, y); }
+    void ClickTwice() { Fire(DoubleClick); }
 
     // The user clicks a check box or presses the space bar on a row: turns the tick of the first check box
     // of that row. Without effect where there is none.

@@ -17,8 +17,12 @@ std::string PopupMenu::Text() const {
     return list_index_ < 0 ? std::string() : rows_[static_cast<std::size_t>(list_index_)];
 }
 
+void PopupMenu::SetListIndex(std::int32_t index) {
+    Set(list_index_, IsEntry(index) ? index : -1);
+}
+
 void PopupMenu::Pick(std::int32_t index) {
-    if (index < 0 || static_cast<std::size_t>(index) >= rows_.size()) return;
+    if (!IsEntry(index)) return;
     list_index_ = index;
     MarkChanged();
     Fire(Change);

@@ -21,6 +21,8 @@ class PopupMenu : public Control {
     const std::vector<std::string>& Rows() const { return rows_; }
 
     std::int32_t ListIndex() const { return list_index_; }
+    // Chooses an entry without firing Change. A place that does not exist leaves none chosen.
+    void SetListIndex(std::int32_t index);
 
     // The chosen entry; empty while none is chosen.
     std::string Text() const;
@@ -30,6 +32,10 @@ class PopupMenu : public Control {
     void Pick(std::int32_t index);
 
   private:
+    bool IsEntry(std::int32_t index) const {
+        return index >= 0 && static_cast<std::size_t>(index) < rows_.size();
+    }
+
     std::vector<std::string> rows_;
     std::int32_t list_index_ = -1;
 };
