@@ -17,6 +17,14 @@ class TestDesktop : public Desktop {
     std::function<void()> user;
     // What the user does in the folder dialog: the path picked, or nothing for a cancel.
     std::function<std::optional<std::string>()> choose;
+    // What the user does in the save dialog, given its filter and the name that it offers, and in a menu,
+    // given its entries: the path or entry picked, or nothing.
+    std::function<std::optional<std::string>(const std::string& filter, const std::string& name)> choose_file;
+    std::function<std::optional<std::size_t>(const std::vector<std::string>& entries)> choose_entry;
+    // What the desktop does with a document or folder.
+    std::function<void(const std::string& path)> open;
+    // Whether the presses of the user are such of the right button.
+    bool right_button = false;
     bool command_key = false;
     bool control_key = false;
     Size screen{1024, 768};
@@ -24,6 +32,7 @@ class TestDesktop : public Desktop {
     int dialogs = 0;
     std::vector<std::string> messages;
     std::vector<std::string> urls;
+    std::vector<std::string> opened;
     std::optional<int> quit_status;
 
     int RunEventLoop() override {
@@ -35,6 +44,19 @@ class TestDesktop : public Desktop {
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
         return choose ? choose() : std::nullopt;
+    }
+    std::optional<std::string> ChooseFileToWrite(const std::string& filter,
+                                                 const std::string& name) override {
+        ++dialogs;
+        return choose_file ? choose_file(filter, name) : std::nullopt;
+    }
+    std::optional<std::size_t> ChooseFromMenu(const std::vector<std::string>& entries) override {
+        return choose_entry ? choose_entry(entries) : std::nullopt;
+    }
+    bool IsContextualPress() const override { return right_button; }
+    void OpenDocument(const std::string& path, bool /*to_front*/) override {
+        opened.push_back(path);
+        if (open) open(path);
     }
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
     void OpenURL(const std::string& url) override { urls.push_back(url); }

@@ -21,6 +21,13 @@ class ScreenDesktop : public QtDesktop {
     int RunEventLoop() override { return script_.RunEventLoop(); }
     void Quit(int status) override { script_.Quit(status); }
     std::optional<std::string> ChooseFolder() override { return script_.ChooseFolder(); }
+    std::optional<std::string> ChooseFileToWrite(const std::string& filter,
+                                                 const std::string& name) override {
+        return script_.ChooseFileToWrite(filter, name);
+    }
+    void OpenDocument(const std::string& path, bool to_front) override {
+        script_.OpenDocument(path, to_front);
+    }
     void ShowMessage(const std::string& text) override { script_.ShowMessage(text); }
     void OpenURL(const std::string& url) override { script_.OpenURL(url); }
 
