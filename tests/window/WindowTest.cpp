@@ -7,6 +7,9 @@ namespace varnith::test {
 QMainWindow& WindowTest::Frame() {
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (auto* frame = qobject_cast<QMainWindow*>(widget); frame && frame->isVisible()) {
+            // A window manager may leave a new window behind; its user would then click on it.
+            if (!QTest::qWaitForWindowActive(frame, 2'000))
+                QProcess::execute("xdotool", {"windowactivate", QString::number(frame->winId())});
             EXPECT_TRUE(QTest::qWaitForWindowActive(frame));
             return *frame;
         }

@@ -15,6 +15,9 @@ class ListboxModel : public QAbstractTableModel {
     // Tells the view what has become of the rows since the last call: all of them gone, or more below.
     void Catch();
 
+    // Whether Catch would tell the view of new rows and of nothing else.
+    bool OnlyLacksNewRows() const { return clearings_ == list_.Clearings() && rows_ < list_.ListCount(); }
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTableView>
 #include <functional>
 #include <vector>
@@ -53,6 +54,8 @@ class ListboxView : public ControlView {
     void Update() override;
 
   private:
+    bool NewRowsCanWait() const;
+    void FollowRows();
     void FollowHighlight();
     void FollowSorting();
     void RepaintChangedRows();
@@ -60,6 +63,7 @@ class ListboxView : public ControlView {
     Listbox& list_;
     ListboxWidget& table_;
     ListboxModel model_;
+    QElapsedTimer since_rows_;
 };
 
 }  // namespace varnith

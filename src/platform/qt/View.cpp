@@ -29,11 +29,11 @@ void FrameClock::Remove(View& view) {
 
 void FrameClock::Flush() {
     timer_.stop();
+    since_last_frame_.start();
     for (View* view : std::exchange(stale_, {})) {
         view->stale_ = false;
         view->Update();
     }
-    since_last_frame_.start();
 }
 
 View::View(Observed& observed, FrameClock& clock) : observed_(observed), clock_(clock) {
