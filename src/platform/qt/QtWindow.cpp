@@ -82,7 +82,10 @@ void QtWindow::BuildFrame() {
         frame_->setWindowModality(Qt::ApplicationModal);
     }
     if (style.WhiteBackground) {
-        contents_->setPalette(QPalette(Qt::black, Qt::white));
+        QPalette colours = contents_->palette();
+        colours.setColor(QPalette::Window, Qt::white);
+        colours.setColor(QPalette::WindowText, Qt::black);
+        contents_->setPalette(colours);
         contents_->setAutoFillBackground(true);
     }
     frame_->installEventFilter(this);
@@ -99,6 +102,8 @@ void QtWindow::BuildControls() {
     for (const Control* control : by_tab) {
         const auto place = std::find(window_.Controls().begin(), window_.Controls().end(), control);
         QWidget& widget = views_[static_cast<std::size_t>(place - window_.Controls().begin())]->Widget();
+        // Qt links no widget with one that never has the focus, such as a label.
+        if (widget.focusPolicy() == Qt::NoFocus) continue;
         if (previous) QWidget::setTabOrder(previous, &widget);
         previous = &widget;
     }
