@@ -80,10 +80,15 @@ find_window() {
 
 # Waits until a window's title matches; each change of the title's property is reported as it happens.
 wait_for_title() {
-    local window=$1 wanted=$2 limit=${3:-30} titles spy line title='' found=1
+    local window=$1 wanted=$2 limit=${3:-30} titles spy line status title='' found=1
     exec {titles}< <(exec timeout "$limit" xprop -spy -notype -id "$window" _NET_WM_NAME)
     spy=$!
-    while read -r -u "$titles" line; do
+    while :; do
+        status=0
+        read -r -t 1 -u "$titles" line || status=$?
+        # It reads the title first and listens for changes then; one in between is seen by asking once more.
+        [ $status -le 128 ] || line=$(xprop -notype -id "$window" _NET_WM_NAME || true)
+        [ $status -eq 0 ] || [ $status -gt 128 ] || break
         title=${line#*\"}
         title=${title%\"}
         if [[ $title =~ $wanted ]]; then
