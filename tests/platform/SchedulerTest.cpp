@@ -4,6 +4,7 @@
 #include "platform/base/Guard.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
+#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -124,7 +125,7 @@ TEST_F(SchedulerTest, ThreadsStandAside) {
     const auto asleep = std::chrono::steady_clock::now();
     EXPECT_EQ(LogAfter(1), "sr");
     EXPECT_LE(scheduler.UntilNextTurn(), milliseconds(30));
-    while (log == "sr") scheduler.Turn();
+    RunThreadsUntil([&] { return log != "sr"; });
     EXPECT_GE(std::chrono::steady_clock::now() - asleep, milliseconds(30));
 
     const auto other = Writer('a', 9);

@@ -60,6 +60,7 @@ TEST(Dictionary, KeepsSpellingAndOrderOfTheFirstKey) {
     types.Remove("tIF");
     EXPECT_EQ(types.Key(1), "tiff");
     EXPECT_EQ(types.Value("TIFF"), 2);
+    EXPECT_EQ(types.Value("\xC3\xA4"), 1);
     EXPECT_THROW(types.Value("TIF"), KeyNotFoundException);
     EXPECT_THROW(types.Remove("TIF"), KeyNotFoundException);
     for (const std::int32_t index : {-1, 2}) EXPECT_THROW(types.Key(index), OutOfBoundsException);
