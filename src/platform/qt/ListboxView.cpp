@@ -72,6 +72,15 @@ void ListboxWidget::resizeEvent(QResizeEvent* event) {
     ShareRest();
 }
 
+// Qt makes the first row the current one when the focus comes; here no row is highlighted until the user
+// highlights one.
+void ListboxWidget::focusInEvent(QFocusEvent* event) {
+    const QPersistentModelIndex current = currentIndex();
+    const QSignalBlocker not_by_user(selectionModel());
+    QTableView::focusInEvent(event);
+    if (!current.isValid()) selectionModel()->clearCurrentIndex();
+}
+
 void ListboxWidget::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier)
         on_space(currentIndex().row());
@@ -204,7 +213,7 @@ void ListboxView::FollowHighlight() {
     if (index.isValid())
         table_.setCurrentIndex(index);
     else
-        table_.clearSelection();
+        table_.selectionModel()->clear();
 }
 
 void ListboxView::FollowSorting() {

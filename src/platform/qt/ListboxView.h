@@ -29,6 +29,7 @@ class ListboxWidget : public QTableView {
     void SetColumnWidths(const std::vector<std::int32_t>& widths);
 
   protected:
+    void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
