@@ -81,7 +81,7 @@ void HTTPSocket::_DoConnect(std::string url, std::string method, Ref<FolderItem>
     mErrorCode = 0;
     _ParseURL(url);
     _processingURL = std::move(url);
-    if (!_SetDownloadFile(file)) return;
+    if (!_SetDownloadFile(std::move(file))) return;
     if (!HTTPProxyAddress.empty()) {
         Address = HTTPProxyAddress;
         Port = HTTPProxyPort == 0 ? DefaultPort : HTTPProxyPort;
@@ -92,7 +92,7 @@ void HTTPSocket::_DoConnect(std::string url, std::string method, Ref<FolderItem>
     Connect();
 }
 
-bool HTTPSocket::_SetDownloadFile(const Ref<FolderItem>& file) {
+bool HTTPSocket::_SetDownloadFile(Ref<FolderItem> file) {
     _KillDownloadStream();
     if (!file) return true;
     const bool emptied = !file->Directory() && file->CreateTextFile();
@@ -101,7 +101,7 @@ bool HTTPSocket::_SetDownloadFile(const Ref<FolderItem>& file) {
         SetError(FileNotWriteable);
         return false;
     }
-    _downloadFile = file;
+    _downloadFile = std::move(file);
     return true;
 }
 

@@ -122,7 +122,7 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     void StartAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file,
                       std::int32_t timeout);
     void _DoConnect(std::string url, std::string method, Ref<FolderItem> file);
-    bool _SetDownloadFile(const Ref<FolderItem>& file);
+    bool _SetDownloadFile(Ref<FolderItem> file);
     void _KillDownloadStream();
     void _ParseURL(const std::string& url);
     static std::string _EncodeURLString(std::string text);
@@ -143,6 +143,7 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     template <class... Parameters, class... Arguments>
     void Raise(const std::function<void(Parameters...)>& event, const Arguments&... arguments);
 
+    // NOLINTBEGIN(readability-identifier-naming)
     Ref<InternetHeaders> _pageHeaders;
     std::string _server;
     std::string _path;
@@ -163,8 +164,10 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     std::int32_t timeoutSeconds = 0;
     std::int32_t mErrorCode = 0;
     bool threadProtection = false;
+    // NOLINTEND(readability-identifier-naming)
+
     // The unread bytes in which no end of the head was found, so that they are not searched again.
-    std::size_t _searchedLength = 0;
+    std::size_t searched_length_ = 0;
 };
 
 }  // namespace varnith

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -39,7 +38,7 @@ void HTTPSocket::_ResetVariables() {
     _totalLength = 0;
     _currentLength = 0;
     _pageComplete = false;
-    _searchedLength = 0;
+    searched_length_ = 0;
 }
 
 void HTTPSocket::Event_DataAvailable() {
@@ -78,12 +77,12 @@ void HTTPSocket::_HandleNewData() {
 std::optional<HTTPSocket::HeadEnd> HTTPSocket::FindHeadEnd() {
     const std::string& unread = Lookahead();
     constexpr std::size_t LongestGap = 4;
-    const std::size_t from = _searchedLength < LongestGap ? 0 : _searchedLength - LongestGap;
+    const std::size_t from = searched_length_ < LongestGap ? 0 : searched_length_ - LongestGap;
     for (const std::string_view gap : {"\r\n\r\n", "\n\n", "\r\r"}) {
         const std::size_t found = unread.find(gap, from);
         if (found != unread.npos) return HeadEnd{found, gap.size()};
     }
-    _searchedLength = unread.size();
+    searched_length_ = unread.size();
     return std::nullopt;
 }
 

@@ -106,7 +106,7 @@ TEST_F(HTTPTest, IsLetGoOfByTheEventOfAnother) {
 }
 
 TEST_F(HTTPTest, HearsWhatAServerSaysThatTakesNoMore) {
-    client->SetPostContent(std::string(50 << 20, 'x'), "text/plain");
+    client->SetPostContent(std::string(16 << 20, 'x'), "text/plain");
     client->Post(server.At("/"));
     for (int turn = 0; turn < 10; ++turn) client->Poll();
     server.TakeRequest(RawServer::Part::Head);

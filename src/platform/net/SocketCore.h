@@ -55,7 +55,7 @@ class SocketCore : public RefCounted {
         explicit Alive(SocketCore& socket);
         Alive(const Alive&) = delete;
         Alive& operator=(const Alive&) = delete;
-        ~Alive() { --socket_->kept_alive_; }
+        ~Alive() { --socket_.Get()->kept_alive_; }
 
       private:
         Ref<SocketCore> socket_;
