@@ -74,8 +74,6 @@ void QtWindow::BuildFrame() {
     if (style.Resizeable) {
         contents_->setMinimumSize(style.MinWidth, style.MinHeight);
         contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
-    } else {
-        contents_->setFixedSize(window_.Width(), window_.Height());
     }
     if (style.Frame == Window::FrameKind::MovableModal) {
         frame_->setWindowFlag(Qt::Dialog);
@@ -112,7 +110,11 @@ void QtWindow::BuildControls() {
 // The window's size is that of its contents; the menu bar comes on top of it.
 void QtWindow::PlaceOnScreen() {
     const int bar = menus_ ? frame_->menuBar()->sizeHint().height() : 0;
-    frame_->resize(window_.Width(), window_.Height() + bar);
+    const QSize size(window_.Width(), window_.Height() + bar);
+    if (window_.GetStyle().Resizeable)
+        frame_->resize(size);
+    else
+        frame_->setFixedSize(size);  // of the frame: a window manager doesn't ask the contents
     QWidget* parent = QApplication::activeWindow();
     if (window_.GetStyle().Placement == Window::PlacementKind::ParentScreen) {
         const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();

@@ -1,0 +1,168 @@
+#include "export/Exporter.h"
+#include "platform/ui/Application.h"
+#include "window/WindowTest.h"
+
+namespace varnith::test {
+namespace {
+
+class ResultsTest : public WindowTest {
+  protected:
+    void ShowRows(int rows) {
+        for (int row = 0; row < rows; ++row) documents.File(std::to_string(row) + ".tif", TiffBytes(row + 1));
+        Scan(documents.Path(), false);
+        WaitFor([&] { return Table().model()->rowCount() == rows; });
+    }
+    static std::string Ticks() {
+        std::string ticks;
+        for (std::int32_t row = 0; row < Main().Listbox1.ListCount(); ++row)
+            ticks += Main().Listbox1.CellCheck(row, 0) ? 'x' : '-';
+        return ticks;
+    }
+    // Does something with the menu that the next press brings up.
+    static void WithMenu(const std::function<void(QMenu&)>& work) {
+        auto* timer = new QTimer(QApplication::instance());
+        QObject::connect(timer, &QTimer::timeout, [work, timer] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (!menu) return;
+            timer->deleteLater();
+            timer->stop();
+            const QPointer<QMenu> still_there(menu);
+            work(*menu);
+            if (still_there) menu->close();
+        });
+        timer->start(5);
+    }
+    static QMainWindow& ExportFrame() {
+        Application::Current().Choose(Main().FileExport());
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (auto* frame = qobject_cast<QMainWindow*>(widget);
+                frame && frame->isVisible() && frame->windowTitle() == "Export") {
+                EXPECT_TRUE(QTest::qWaitForWindowActive(frame));
+                return *frame;
+            }
+        throw std::runtime_error("no export window");
+    }
+};
+
+TEST_F(ResultsTest, MenuComesUpAtThePressAndTicks) {
+    Start([&] {
+        ShowRows(3);
+        const QTableView& table = Table();
+        const QPoint place = Centre(1, 3);
+        WithMenu([&](QMenu& menu) {
+            EXPECT_EQ(menu.pos(), table.viewport()->mapToGlobal(place));
+            std::string entries;
+            for (const QAction* entry : menu.actions())
+                entries += entry->isSeparator() ? "-;" : entry->text().toStdString() + ";";
+            EXPECT_EQ(entries, "Select All;Unselect All;-;Invert Selection;");
+            // The list has not made anything of the press yet.
+            EXPECT_EQ(Main().Listbox1.ListIndex(), -1);
+            QTest::keyClick(&menu, Qt::Key_Down);
+            QTest::keyClick(&menu, Qt::Key_Return);
+        });
+        QTest::mouseClick(Table().viewport(), Qt::RightButton, {}, place);
+        EXPECT_EQ(Ticks(), "xxx");
+        EXPECT_EQ(Main().Listbox1.ListIndex(), 1);
+
+        WithMenu([&](QMenu& menu) {
+            const QRect row = table.visualRect(table.currentIndex());
+            EXPECT_EQ(menu.pos(), table.viewport()->mapToGlobal(row.center()));
+            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[1]).center());
+        });
+        QProcess::execute("xdotool", {"key", "Menu"});
+        WaitFor([] { return Ticks() == "---"; });
+
+        WithMenu([](QMenu& menu) { QTest::keyClick(&menu, Qt::Key_Escape); });
+        QTest::mouseClick(Table().viewport(), Qt::RightButton, {}, Centre(2, 1));
+        EXPECT_EQ(Ticks(), "---");
+        EXPECT_EQ(Main().Listbox1.ListIndex(), 2);
+    });
+}
+
+TEST_F(ResultsTest, WindowMayCloseBehindItsMenu) {
+    Start([&] {
+        ShowRows(1);
+        WithMenu([](QMenu& menu) {
+            Main().Close();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            menu.close();
+        });
+        QTest::mousePress(Table().viewport(), Qt::RightButton, {}, Centre(0, 1));
+        EXPECT_EQ(desktop.quit_status, 0);
+    });
+}
+
+TEST_F(ResultsTest, DoubleClickOpensTheRowUnderTheMouse) {
+    Start([&] {
+        ShowRows(3);
+        const auto double_click = [](const QPoint& place) {
+            QTest::mouseDClick(Table().viewport(), Qt::LeftButton, {}, place);
+        };
+        double_click(Centre(1, 1));
+        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif"}));
+        double_click(Centre(2, 4));
+        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "2.tif"}));
+        desktop.opened.clear();
+        // Each click on a check box ticks.
+        double_click(QPoint(10, Centre(0, 0).y()));
+        EXPECT_EQ(Ticks(), "---");
+        EXPECT_EQ(Main().Listbox1.ListIndex(), 0);
+        // Below the rows there is none, and none is highlighted any more.
+        double_click(Centre(2, 1) + QPoint(0, 100));
+        EXPECT_EQ(Main().Listbox1.ListIndex(), -1);
+        EXPECT_TRUE(desktop.opened.empty());
+        EXPECT_TRUE(desktop.messages.empty());
+    });
+}
+
+TEST_F(ResultsTest, ExportWindowIsLaidOutAndWorkedByKey) {
+    documents.File("a.tif", TiffBytes(2));
+    Start([&] {
+        Frame();
+        Scan(documents.Path(), false);
+        Main().ContextualMenu1_Action("Select All");
+        QMainWindow& frame = ExportFrame();
+        EXPECT_EQ(frame.size(), QSize(253, 179));
+        EXPECT_EQ(frame.minimumSize(), frame.maximumSize());
+        EXPECT_EQ(frame.grab().toImage().pixelColor(5, 5), QColor(Qt::white));
+        auto& popup = *frame.findChild<QComboBox*>();
+        auto& separator = *frame.findChild<QLineEdit*>();
+        auto& save = *frame.findChild<QPushButton*>();
+        EXPECT_EQ(popup.geometry(), QRect(22, 40, 211, 20));
+        EXPECT_EQ(separator.geometry(), QRect(22, 97, 127, 22));
+        EXPECT_EQ(save.geometry(), QRect(88, 131, 80, 20));
+        EXPECT_EQ(popup.currentText(), "Select Type");
+        EXPECT_TRUE(save.isDefault());
+
+        desktop.choose_file = [&](const std::string&, const std::string&) { return application / "out"; };
+        EXPECT_EQ(QApplication::focusWidget(), &separator);
+        const auto press = [](const char* keys) {
+            QProcess::execute("xdotool", {"key", "--clearmodifiers", keys});
+        };
+        press("semicolon");
+        WaitFor([&] { return separator.text() == ";"; });
+        press("Return");
+        press("Tab");
+        WaitFor([&] { return popup.hasFocus(); });
+        EXPECT_EQ(desktop.dialogs, 1);  // the one of the scan
+        press("t");
+        WaitFor([&] { return popup.currentText() == "Text Document"; });
+        press("shift+Tab");
+        WaitFor([&] { return separator.hasFocus(); });
+        press("Return");
+        WaitFor([&] { return !desktop.opened.empty(); });
+        EXPECT_EQ(BytesOf(application / "out"), "a.tif;2;" + documents.Path() + ";tif\n");
+        EXPECT_EQ(Frame().windowTitle(), "Varnith - Testix");
+
+        ExportFrame();
+        press("ctrl+w");
+        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+        EXPECT_FALSE(desktop.quit_status);
+        ExportFrame();
+        press("ctrl+q");
+        WaitFor([&] { return desktop.quit_status.has_value(); });
+    });
+}
+
+}  // namespace
+}  // namespace varnith::test
