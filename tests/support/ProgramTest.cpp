@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <sqlite3.h>
+#include <stdlib.h>
 
 #include "app/Start.h"
 #include "platform/threads/Scheduler.h"
@@ -28,6 +29,8 @@ void RunThreads() {
 ProgramTest::ProgramTest() {
     disk.executable = application / "Varnith";
     disk.elsewhere["/etc/os-release"] = application.File("os-release", "NAME=Testix\n");
+    // The user's own settings are left alone.
+    setenv("XDG_CONFIG_HOME", preferences.Path().c_str(), 1);
     Scheduler::Current().SetSlice(std::chrono::milliseconds(0));
 }
 

@@ -22,7 +22,8 @@ using Lines = std::vector<std::string>;
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
 
-// The whole program without a display, in an application folder of its own and on a system named Testix.
+// The whole program without a display, with an application and a preferences folder of its own, on a system
+// named Testix.
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest();
@@ -49,6 +50,7 @@ class ProgramTest : public testing::Test {
 
     TemporaryFolder application;
     TemporaryFolder documents;
+    TemporaryFolder preferences;
     TestDesktop desktop;
     TestFileSystem disk;
 
