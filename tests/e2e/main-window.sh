@@ -3,13 +3,14 @@
 # shellcheck source=virtual-screen.sh
 . "$(dirname "${BASH_SOURCE[0]}")/virtual-screen.sh"
 
-# Starts the program and waits for its window. Sets program_pid and main_window.
+# Starts a program with a folder for its home, in which its folder dialog opens, and waits for its window. Sets
+# program_pid and main_window.
 open_main_window() {
-    start_program "$1"
+    HOME=$2 start_program "$1"
     program_pid=$started_pid
-    wait_for_window '^Varnith - ' 60
+    wait_for_window '^Varnith - '
     main_window=$found_window
-    wait_until 30 is_active "$main_window"
+    wait_until is_active "$main_window"
     # The window opens at its design size, on top of which comes the menu bar, as high as the style has it.
     local height
     read -r _ height < <(size_of "$main_window")
@@ -27,10 +28,12 @@ click_locate() {
     local width
     read -r width _ < <(size_of "$main_window")
     click "$main_window" $((width - 48)) $((menu_bar_height + 16))
-    wait_until 30 dialog_is_open
+    wait_until dialog_is_open
 }
 
-# Presses "Locate" and types a folder's path into the dialog, which is left to be accepted.
+# Presses "Locate" and types a folder's name into the dialog, which is left to be accepted. It is a name in the
+# home folder and no path, because the dialog tries to complete each part of a path, and on a busy machine
+# its proposals come late and get mixed up with what is typed.
 locate() {
     click_locate
     type_text "$1"
@@ -41,10 +44,10 @@ dialog_is_open() {
     active=$(xdotool getactivewindow 2>/dev/null) && [ "$active" != "$((main_window))" ]
 }
 
-# Scans a folder with its subfolders, from the tick to the end, which may take so many seconds.
+# Scans a folder of the home folder with its subfolders, from the tick to the end.
 scan_with_subfolders() {
     click_include_subfolders
     locate "$1"
     press Return
-    wait_for_title "$main_window" ' - Finished$' "${2:-60}"
+    wait_for_title "$main_window" ' - Finished$'
 }

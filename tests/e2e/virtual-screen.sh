@@ -2,13 +2,15 @@
 # A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
 # start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
 
-# Waits until a command succeeds, asking it again and again, and fails after so many seconds.
+# The seconds after which a wait is given up. They are many, because on a busy machine all takes long.
+patience=120
+
+# Waits until a command succeeds, asking it again and again.
 wait_until() {
-    local limit=$1 end=$((SECONDS + $1)) pause=0.05
-    shift
+    local end=$((SECONDS + patience)) pause=0.05
     until "$@"; do
         if [ $SECONDS -ge $end ]; then
-            echo "Waited $limit seconds for nothing: $*" >&2
+            echo "Waited $patience seconds for nothing: $*" >&2
             return 1
         fi
         sleep "$pause"
@@ -37,15 +39,15 @@ start_screen() {
     exec {numbers}<>"$screen_folder/numbers"
     start_program Xvfb -displayfd "$numbers" -screen 0 "$1x24" -noreset -nolisten tcp \
         2>"$screen_folder/server.log"
-    if ! read -r -t 30 -u "$numbers" number; then
-        cat "$screen_folder/server.log" >&2
+    if ! read -r -t "$patience" -u "$numbers" number; then
+        echo "The virtual screen did not start: $(cat "$screen_folder/server.log")" >&2
         return 1
     fi
     exec {numbers}>&-
     export DISPLAY=:$number
 
     start_program openbox --sm-disable >"$screen_folder/manager.log" 2>&1
-    wait_until 30 window_manager_is_there
+    wait_until window_manager_is_there
 }
 
 window_manager_is_there() {
@@ -65,7 +67,7 @@ stop_screen() {
 
 # Waits for a window whose title matches, and puts its id into found_window.
 wait_for_window() {
-    wait_until "${2:-30}" find_window "$1"
+    wait_until find_window "$1"
 }
 
 find_window() {
@@ -80,8 +82,8 @@ find_window() {
 
 # Waits until a window's title matches; each change of the title's property is reported as it happens.
 wait_for_title() {
-    local window=$1 wanted=$2 limit=${3:-30} titles spy line status title='' found=1
-    exec {titles}< <(exec timeout "$limit" xprop -spy -notype -id "$window" _NET_WM_NAME)
+    local window=$1 wanted=$2 titles spy line status title='' found=1
+    exec {titles}< <(exec timeout "$patience" xprop -spy -notype -id "$window" _NET_WM_NAME)
     spy=$!
     while :; do
         status=0
@@ -98,7 +100,7 @@ wait_for_title() {
     done
     kill "$spy" 2>/dev/null || true
     exec {titles}<&-
-    [ $found -eq 0 ] || echo "No title like '$wanted' within $limit seconds, the last one was '$title'." >&2
+    [ $found -eq 0 ] || echo "No title like '$wanted' within $patience seconds, the last one was '$title'." >&2
     return $found
 }
 
@@ -127,7 +129,7 @@ type_text() {
 # Keeps a picture of a window, as PNG, once it has stopped changing.
 take_picture() {
     local window=$1 file=$2
-    wait_until 30 picture_has_settled "$window"
+    wait_until picture_has_settled "$window"
     # Without dates, so that the same picture is the same file.
     convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$file"
 }
