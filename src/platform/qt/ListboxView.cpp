@@ -132,8 +132,6 @@ bool ListboxWidget::IsOnCheckBox(const QPoint& place) const {
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (action == MoveHome) return model()->index(0, SearchColumn);
     if (action == MoveEnd) return model()->index(model()->rowCount() - 1, SearchColumn);
-    // Asked for when the focus comes in, which highlights nothing.
-    if (action == MoveNext) return currentIndex();
     if (action == MoveLeft || action == MoveRight) {
         QScrollBar* bar = horizontalScrollBar();
         bar->triggerAction(action == MoveLeft ? QScrollBar::SliderSingleStepSub
