@@ -93,4 +93,8 @@ void Scheduler::BeginSlice() {
     slice_end_ = CoarseNow() + slice_;
 }
 
+void Yield() {
+    Scheduler::Current().Yield();
+}
+
 }  // namespace varnith

@@ -59,8 +59,6 @@ class Scheduler {
 };
 
 // The yield point that ends each pass of the program's loops.
-inline void Yield() {
-    Scheduler::Current().Yield();
-}
+void Yield();
 
 }  // namespace varnith
