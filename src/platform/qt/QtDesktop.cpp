@@ -40,6 +40,8 @@ QtDesktop::QtDesktop(int& argc, char** argv)
 
 QtDesktop::~QtDesktop() {
     Scheduler::Current().SetWakeUp(nullptr);
+    // Frames of windows that closed behind the event loop's last turn wait for a turn that doesn't come.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void QtDesktop::ScheduleTurn() {
