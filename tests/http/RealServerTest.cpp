@@ -1,4 +1,5 @@
 #include <chrono>
+#include <stdexcept>
 
 #include <signal.h>
 #include <spawn.h>
@@ -32,9 +33,9 @@ class Nginx {
                                                                                "PLACE", folder.Path()));
         const std::string errors = folder / "errors";
         const char* arguments[] = {"nginx", "-e", errors.c_str(), "-c", configuration.c_str(), nullptr};
-        EXPECT_EQ(posix_spawn(&process_, "/usr/sbin/nginx", nullptr, nullptr,
-                              const_cast<char* const*>(arguments), environ),
-                  0);
+        if (posix_spawn(&process_, "/usr/sbin/nginx", nullptr, nullptr, const_cast<char* const*>(arguments),
+                        environ) != 0)
+            throw std::runtime_error("nginx does not start");
     }
     ~Nginx() {
         kill(process_, SIGTERM);
@@ -44,7 +45,7 @@ class Nginx {
 
   private:
     std::int32_t port_;
-    pid_t process_ = 0;
+    pid_t process_;
 };
 
 TEST_F(HTTPTest, TalksToARealServer) {
