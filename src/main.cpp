@@ -1,8 +1,11 @@
 #include "app/Start.h"
 #include "platform/qt/QtDesktop.h"
 
-int main(int argc, char** argv) {
-    varnith::QtDesktop desktop(argc, argv);
+int main(int /*argc*/, char** argv) {
+    // The program takes no arguments; Qt, which would read its own from them, is told of none either.
+    int count = 1;
+    char* name[] = {argv[0], nullptr};
+    varnith::QtDesktop desktop(count, name);
     const varnith::Desktop::InForce in_force(desktop);
     return varnith::_Main();
 }

@@ -20,6 +20,7 @@ void MakeResultsDatabaseIfMissing() {
     Database database;
     const auto file = GetFolderItem("varnth");
     if (file && file->Exists()) return;
+    // Asked for anew: the folder may have come back while the item was nil.
     database.SetDatabaseFile(GetFolderItem("varnth"));
     if (database.CreateDatabaseFile())
         database.SQLExecute(

@@ -84,6 +84,7 @@ void MainWindow::Event_Close() {
 bool MainWindow::Event_KeyDown(const std::string& key) {
     if (Keyboard::IsCloseShortcut(key)) {
         Close();
+        // Closing quits already; to ask for it twice is without effect.
         Quit(0);
     }
     return false;

@@ -28,6 +28,7 @@ class MainWindow : public SingleWindow<MainWindow> {
   public:
     MainWindow();
 
+    // previewon, word and folderdrill are part of the window's interface, and used by nothing in here.
     bool previewon = false;
     std::vector<Ref<Item>> word;
     // The types that occur in the list, each with the rows that have it; nil until the first scan has ended.

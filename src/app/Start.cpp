@@ -7,13 +7,16 @@
 namespace varnith {
 
 int _Main() {
-    _InitFileTypes();
-    const std::unique_ptr<App> app = _NewAppInstance();
-    Guarded([] {
+    std::unique_ptr<App> app;
+    int status = 1;
+    Guarded([&] {
+        _InitFileTypes();
+        app = _NewAppInstance();
         _ApplicationAddMenuHandlers();
         _MakeDefaultView();
+        status = app->Run();
     });
-    return app->Run();
+    return status;
 }
 
 void _InitFileTypes() {}

@@ -5,6 +5,7 @@
 namespace varnith {
 
 void HTTPSocket::_ParseURL(const std::string& url) {
+    // The mark counts wherever it stands: a URL without a scheme that holds another is taken for that one.
     constexpr std::string_view SchemeMark = "://";
     const std::size_t mark = url.find(SchemeMark);
     const std::string rest = mark == url.npos ? url : url.substr(mark + SchemeMark.size());

@@ -122,7 +122,8 @@ void HTTPSocket::WaitForPage() {
     _pageComplete = false;
     mErrorCode = 0;
     bool last_valid = false;
-    // Its bytes change whenever its characters do, and need no counting.
+    // Bytes need no counting, and move at least as often as characters do. A page that goes into a file
+    // leaves the buffer alone: its time runs from the connection on.
     std::size_t last_length = 0;
     Ticks deadline = now() + limit;
     while (!_pageComplete && mErrorCode == 0) {

@@ -26,7 +26,8 @@ namespace varnith {
 //
 // A request either reports through the events below and returns at once, or, given a time-out in seconds,
 // waits and returns the result. The time-out limits how long nothing moves, not the whole; below 1 there is
-// no limit. While it waits, the program's threads run on, and with `Yield` the windows too.
+// no limit. What goes into a file does not count as moving, so there it limits the whole from the connection
+// on. While it waits, the program's threads run on, and with `Yield` the windows too.
 class HTTPSocket : public TCPSocket, public _SOAPSocket {
   public:
     HTTPSocket();
@@ -91,7 +92,7 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     static constexpr std::int32_t FileNotWriteable = 1;
     static constexpr std::int32_t TimedOut = -1;
     // What went wrong: 0 for nothing, one of these two, or the socket's own code if the connection was not
-    // made. HTTP's own failures are no errors.
+    // made and none had stood before. HTTP's own failures are no errors.
     std::int32_t ErrorCode() const override { return mErrorCode; }
     // Stores the code and raises Error with it.
     void SetError(std::int32_t code);

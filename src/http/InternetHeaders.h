@@ -10,7 +10,7 @@ namespace varnith {
 
 // The headers of a message (RFC 1945, section 4.2), each with its name as it was spelled; names compare
 // without case. A name may occur more than once: its occurrences count from 0. Indices count from 0 as well,
-// in the order in which the headers came.
+// in the order of the map: as the headers came, but those renumbered by a change stand last.
 //
 // The map holds the first header of a name under the name itself, and each further one under the name, ":"
 // and its number. As long as headers come from AppendHeader the numbers run without a gap; Delete closes the

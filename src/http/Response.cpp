@@ -46,7 +46,9 @@ void HTTPSocket::Event_DataAvailable() {
 }
 
 // The end of a connection that stood is the end of the page. But bytes that are unread at this moment, as
-// those of a head that never ended, are only taken in, and such a page stays unfinished for good.
+// those of a head that never ended, are only taken in, and such a page stays unfinished for good. The mark
+// of a standing connection outlives a new Connect, so a request made over one that stood and that can't
+// connect ends as an empty page, not as a failure: its users hear of one end in either case.
 void HTTPSocket::Event_Error() {
     if (!std::exchange(_connectionValid, false))
         SetError(LastErrorCode());
@@ -117,6 +119,7 @@ void HTTPSocket::_ProcessData(const std::string& data) {
         _pageBuffer += data;
     }
     Raise(ReceiveProgress, _currentLength, _totalLength, data);
+    // A refusal whose connection ended while a handler ran the event loop has no further event to end it.
     if (_httpStatusCode == 401 && !IsConnected()) _ProcessPage();
 }
 

@@ -16,7 +16,7 @@ class Class1 : public Thread {
     // The folder to walk; nil until the first recursive scan, and kept until the next one.
     Ref<FolderItem> f;
 
-    // The place among controls of one name, and the window that the thread sits on, which it shares.
+    // What every control of a window has. Nothing of the scan asks for it.
     std::int32_t _Index() const { return Index; }
     void _SetIndex(std::int32_t index) { Index = index; }
     Ref<varnith::Window> Window() const { return ownerWindow; }

@@ -1,6 +1,7 @@
 #include "scan/ResultRow.h"
 
 #include "platform/base/Text.h"
+#include "platform/files/TiffPictureMBS.h"
 
 namespace varnith {
 
@@ -17,8 +18,8 @@ bool IsTakenFlat(const NameParts& name, const FolderItem& item) {
 }
 
 void PageCount::Read(const Ref<FolderItem>& item) {
-    picture_ = OpenAsTiffMBS(item, true);
-    if (picture_) count_ = picture_->ImageCount();
+    const Ref<TiffPictureMBS> picture = OpenAsTiffMBS(item, true);
+    if (picture) count_ = picture->ImageCount();
 }
 
 std::string PageCount::Text() const {

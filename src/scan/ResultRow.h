@@ -5,7 +5,6 @@
 
 #include "platform/base/Ref.h"
 #include "platform/files/FolderItem.h"
-#include "platform/files/TiffPictureMBS.h"
 #include "platform/ui/Listbox.h"
 
 namespace varnith {
@@ -18,12 +17,12 @@ struct NameParts {
     std::string extension;  // behind the last dot, spelled as in the name; the whole name without a dot
 };
 
-// What is taken by a recursive scan: .tif files, and whatever ends in tiff, with or without a dot.
+// What is taken by a recursive scan: .tif and .tiff files, and a file named just tiff.
 // The two scans differ here on purpose: those who rely on either know what it takes.
 bool IsTakenRecursively(const NameParts& name);
 
-// What is taken by a flat scan: visible .tiff files, and whatever ends in tif, with or without a dot, visible
-// or not. The item is asked for its visibility only when that decides.
+// What is taken by a flat scan: visible .tiff entries, .tif entries and one named just tif, visible or not.
+// Folders are entries too, and show as rows. The item is asked for its visibility only when that decides.
 bool IsTakenFlat(const NameParts& name, const FolderItem& item);
 
 // The page count of the files of one folder, as a scan goes through them. A file that can't be opened leaves
@@ -38,7 +37,6 @@ class PageCount {
     std::string Text() const;
 
   private:
-    Ref<TiffPictureMBS> picture_;
     std::int32_t count_ = 0;
 };
 

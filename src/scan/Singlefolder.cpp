@@ -11,6 +11,7 @@ namespace varnith {
 void MainWindow::Singlefolder() {
     const Ref<FolderItem> folder = SelectFolder();
     if (!folder) return;
+    // A folder that has vanished counts as an empty one, and takes the old rows with it.
     const std::int32_t entries = folder->Count();
     Listbox1.DeleteAllRows();
     EditField1.SetText(folder->AbsolutePath());

@@ -17,6 +17,7 @@ void MainWindow::loadfolder(const Ref<FolderItem>& folder) {
             loadfolder(item);
         } else if (entries.Visible(i)) {
             const NameParts name(item->DisplayName());
+            // Files that aren't taken show too: a long way through them is no standstill.
             SetTitle("Processing Item: " + item->Name());
             if (IsTakenRecursively(name)) {
                 count.Read(item);

@@ -39,6 +39,7 @@ std::string Prefs::Value(const std::string& name, bool prefix_wanted, const std:
     const std::string found_name = found->Field("name");
     const std::string value = found->Field("value");
     found->Close();
+    // A row without a name is no setting: a name of no letters always has its default.
     return found_name.empty() ? missing : value;
 }
 

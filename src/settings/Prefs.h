@@ -24,7 +24,8 @@ class Prefs {
     // Opens the file, and makes it with its table if it is missing. One that exists is taken as it stands.
     static void OpenPreferences();
 
-    // The value of a name; the default if it was never written. An empty value is a value.
+    // The value of a name; the default if it was never written or is empty. An empty value is a value.
+    // Names and values are any texts without a NUL.
     static std::string Value(const std::string& name, bool prefix_wanted, const std::string& missing);
 
     // Writes the value of a name over the one it had.

@@ -22,7 +22,10 @@ FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
     : parent_(std::move(parent)), name_(std::move(name)) {}
 
 FolderItem::FolderItem(Ref<FolderItem> parent, const ListedEntry& entry)
-    : parent_(std::move(parent)), name_(entry.name), listed_as_regular_(entry.kind == FileKind::Regular) {}
+    : parent_(std::move(parent)),
+      name_(entry.name),
+      listed_as_regular_(entry.kind == FileKind::Regular),
+      listed_visible_(entry.visible) {}
 
 Ref<FolderItem> FolderItem::FromPath(const std::string& absolute_path) {
     auto item = MakeRef<FolderItem>(nullptr, "");
@@ -61,6 +64,7 @@ bool FolderItem::Directory() const {
 }
 
 bool FolderItem::Visible() const {
+    if (listed_visible_) return *listed_visible_;
     return !parent_ || IsVisibleEntry(parent_->AbsolutePath(), name_);
 }
 

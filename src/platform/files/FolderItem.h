@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,8 @@ class FolderItem : public RefCounted {
     // Whether a folder is there, or a link to one.
     bool Directory() const;
 
-    // Whether the item is visible to the user, as the desktops' file managers have it.
+    // Whether the item is visible to the user, as the desktops' file managers have it; that of an item from a
+    // listing as the listing had it.
     bool Visible() const;
 
     // The number of entries of this folder, visible or not; 0 if it is no folder or can't be read. Takes a
@@ -76,6 +78,7 @@ class FolderItem : public RefCounted {
     Ref<FolderItem> parent_;
     std::string name_;
     bool listed_as_regular_ = false;
+    std::optional<bool> listed_visible_;
     std::vector<ListedEntry> listing_;
     bool listed_ = false;
 };

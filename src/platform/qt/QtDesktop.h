@@ -18,7 +18,7 @@ namespace varnith {
 // sockets, in the inner loops of dialogs as well.
 class QtDesktop : public Desktop {
   public:
-    // The arguments are Qt's own; they and the references to them have to outlive the desktop.
+    // The arguments are those that Qt reads; they and the references to them have to outlive the desktop.
     QtDesktop(int& argc, char** argv);
     ~QtDesktop() override;
 

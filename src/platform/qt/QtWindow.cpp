@@ -116,13 +116,14 @@ void QtWindow::PlaceOnScreen() {
     else
         frame_->setFixedSize(size);  // of the frame: a window manager doesn't ask the contents
     QWidget* parent = QApplication::activeWindow();
+    const QRect first_screen = QGuiApplication::primaryScreen()->geometry();
     if (window_.GetStyle().Placement == Window::PlacementKind::ParentScreen) {
-        const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();
-        const QPoint corner = screen->geometry().center() - frame_->rect().center();
+        const QRect screen = parent ? parent->screen()->geometry() : first_screen;
+        const QPoint corner = screen.center() - frame_->rect().center() - first_screen.topLeft();
         window_.SetLeft(corner.x());
         window_.SetTop(corner.y());
     }
-    frame_->move(window_.Left(), window_.Top());
+    frame_->move(first_screen.topLeft() + QPoint(window_.Left(), window_.Top()));
     frame_->winId();  // makes the window's handle
     if (window_.GetStyle().Frame == Window::FrameKind::MovableModal && parent)
         frame_->windowHandle()->setTransientParent(parent->windowHandle());

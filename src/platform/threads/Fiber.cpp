@@ -62,7 +62,8 @@ class AtEnd {
 
 struct Fiber::State {
     std::function<void()> body;
-    std::size_t stack_size;
+    context::protected_fixedsize_stack allocator;
+    context::stack_context stack;
     bool started = false;
     bool ended = false;
     context::fiber own;      // the suspended body, while someone else runs
@@ -72,10 +73,15 @@ struct Fiber::State {
     StackSide::Bounds own_stack;
     StackSide::Bounds resumer_stack;
 
+    State(std::function<void()> function, std::size_t stack_size)
+        : body(std::move(function)), allocator(stack_size), stack(allocator.allocate()) {}
+    ~State() {
+        if (!started) allocator.deallocate(stack);
+    }
+
+    // The stack belongs to the suspended body from here on.
     void Start() {
         started = true;
-        context::protected_fixedsize_stack allocator(stack_size);
-        const context::stack_context stack = allocator.allocate();
         own_stack = {static_cast<char*>(stack.sp) - stack.size, stack.size};
         own = context::fiber(std::allocator_arg, context::preallocated(stack.sp, stack.size, stack),
                              allocator, [this](context::fiber&& first_resumer) {
@@ -89,10 +95,8 @@ struct Fiber::State {
     }
 };
 
-Fiber::Fiber(std::function<void()> body, std::size_t stack_size) : state_(std::make_unique<State>()) {
-    state_->body = std::move(body);
-    state_->stack_size = stack_size;
-}
+Fiber::Fiber(std::function<void()> body, std::size_t stack_size)
+    : state_(std::make_unique<State>(std::move(body), stack_size)) {}
 
 Fiber::~Fiber() {
     if (!state_->own) return;

@@ -11,7 +11,8 @@ namespace varnith {
 // A body may not give way inside of a catch block or a destructor.
 class Fiber {
   public:
-    // Makes the stack, of that many bytes, and runs nothing yet. What the body throws may not leave it.
+    // Makes the stack, of that many bytes, and runs nothing yet; std::bad_alloc if there is no room for it.
+    // What the body throws may not leave it.
     Fiber(std::function<void()> body, std::size_t stack_size);
     ~Fiber();
 

@@ -16,7 +16,7 @@ class Thread : public RefCounted {
   public:
     ~Thread() override;
 
-    // Kept as designed; with turns of equal length for all it has nothing to decide.
+    // How urgent the thread is. With turns of equal length for all it has nothing to decide.
     std::int32_t Priority = 5;
 
     // The size of the stack in bytes; 0 for the default of 60 MiB, of which only what is used takes memory.
