@@ -28,6 +28,7 @@ Exporter::Exporter() {
 
     AddControl(EditField1, {22, 97, 127, 22}, {}, 2);
 
+    // The same place in the order as the popup, behind which it was made: Tab goes from one to the other.
     AddControl(PushButton1, {88, 131, 80, 20}, {}, 4);
     PushButton1.SetCaption("Save");
     PushButton1.SetDefault(true);

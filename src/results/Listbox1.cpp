@@ -24,6 +24,8 @@ bool MainWindow::Listbox1_MouseDown(std::int32_t /*x*/, std::int32_t /*y*/) {
     return false;
 }
 
+// Without a highlighted row, or with its folder gone, this raises an exception and so ends without a word:
+// there is no file to say of that it was not found.
 void MainWindow::Listbox1_DoubleClick() {
     const auto folder = GetFolderItem(Listbox1.Cell(Listbox1.ListIndex(), 3));
     const auto file = folder->Child(Listbox1.Cell(Listbox1.ListIndex(), 1));

@@ -18,6 +18,7 @@ std::string SelectOf(const std::string& type) {
 void AddRow(Listbox& list, const RecordSet& records) {
     list.AddRow("");
     list.SetCellType(list.LastIndex(), 0, Listbox::TypeCheckBox);
+    // The row's place in the table, and not in the scan as other rows have it; no row is found by either.
     list.SetCellTag(list.LastIndex(), 0, records.IdxField(1));
     for (std::int32_t column = 1; column <= 4; ++column)
         list.SetCell(list.LastIndex(), column, records.IdxField(column + 1));
@@ -37,6 +38,7 @@ void MainWindow::PopupMenu1_Change() {
         records->MoveNext();
         Yield();
     }
+    // The file count stays that of the scan: it tells what there is to filter.
 }
 
 }  // namespace varnith

@@ -34,6 +34,7 @@ void MainWindow::AddLine(const std::string& line, std::int32_t line_number) {
     if (!result.empty()) AddWord(result, line_number);
 }
 
+// A single character is no word, whoever asks for it; no scan takes a file with such a type.
 void MainWindow::AddWord(const std::string& type, std::int32_t line_number) {
     if (Len(type) <= 1) return;
     if (words->HasKey(type)) {

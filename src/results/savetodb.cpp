@@ -22,6 +22,7 @@ void MainWindow::savetodb() {
         Yield();
     }
     database.SQLExecute("end transaction");
+    // Closes what a failed end has left open; otherwise nothing is.
     database.Commit();
 }
 

@@ -61,8 +61,9 @@ class EditFieldView : public ControlView {
     void Update() override {
         ControlView::Update();
         edit_.setReadOnly(field_.ReadOnly());
+        // What was pasted stays as it is in the widget, control characters too, which are shown otherwise.
         const QString text = Decoded(field_.Text());
-        if (edit_.text() == text) return;
+        if (edit_.text() == text || Encoded(edit_.text()) == field_.Text()) return;
         edit_.setText(text);
         edit_.setCursorPosition(0);
     }

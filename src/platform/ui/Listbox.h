@@ -19,7 +19,6 @@ namespace varnith {
 // path is there once for all rows of the folder.
 class Listbox : public Control {
   public:
-    static constexpr std::int32_t TypeDefault = 0;
     static constexpr std::int32_t TypeCheckBox = 2;
     static constexpr std::int32_t MaxColumns = 5;
 
