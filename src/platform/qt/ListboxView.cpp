@@ -201,10 +201,13 @@ void ListboxView::FollowRows() {
 }
 
 // Rows that come in below a table that is full move its scroll bar and nothing else, but the table lays
-// itself out and draws itself anew for them: at each frame that takes a sixth of a scan's time.
+// itself out and draws itself anew for them: at each frame that takes a sixth of a scan's time. A highlight
+// among them can't wait: a sort may have put it there.
 bool ListboxView::NewRowsCanWait() const {
     const bool full = table_.rowAt(table_.viewport()->height() - 1) >= 0;
-    return full && model_.OnlyLacksNewRows() && since_rows_.elapsed() < NewRowsMilliseconds;
+    const bool shows_highlight = list_.ListIndex() < model_.rowCount();
+    return full && shows_highlight && model_.OnlyLacksNewRows() &&
+           since_rows_.elapsed() < NewRowsMilliseconds;
 }
 
 void ListboxView::FollowHighlight() {

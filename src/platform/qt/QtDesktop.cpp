@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <utility>
 
+#include "platform/base/Guard.h"
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/QtWindow.h"
@@ -16,6 +17,7 @@
 #include "platform/qt/SaveDialog.h"
 #include "platform/system/AssignedApplication.h"
 #include "platform/threads/Scheduler.h"
+#include "platform/ui/Application.h"
 
 namespace varnith {
 
@@ -31,6 +33,7 @@ QtDesktop::QtDesktop(int& argc, char** argv)
     QApplication::setStyle(new ReadableStyle);
     turn_timer_.setSingleShot(true);
     QObject::connect(&turn_timer_, &QTimer::timeout, [this] {
+        if (Application::Current().IsQuitting()) return;
         Scheduler::Current().Turn();
         ScheduleTurn();
     });
@@ -42,6 +45,12 @@ QtDesktop::~QtDesktop() {
     Scheduler::Current().SetWakeUp(nullptr);
     // Frames of windows that closed behind the event loop's last turn wait for a turn that doesn't come.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool QtDesktop::GuardedApplication::notify(QObject* receiver, QEvent* event) {
+    bool handled = true;
+    Guarded([&] { handled = QApplication::notify(receiver, event); });
+    return handled;
 }
 
 void QtDesktop::ScheduleTurn() {

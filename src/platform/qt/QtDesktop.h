@@ -51,10 +51,17 @@ class QtDesktop : public Desktop {
     };
 
   private:
+    // What escapes from an event that the toolkit delivers doesn't go through its frames.
+    class GuardedApplication : public QApplication {
+      public:
+        using QApplication::QApplication;
+        bool notify(QObject* receiver, QEvent* event) override;
+    };
+
     void ScheduleTurn();
     bool IsDown(Qt::KeyboardModifier modifier) const;
 
-    QApplication application_;
+    GuardedApplication application_;
     FrameClock clock_;
     QTimer turn_timer_;
     QSocketNotifier sockets_;
