@@ -68,6 +68,11 @@ bool RawServer::Send(std::string_view bytes) {
     return true;
 }
 
+bool RawServer::ClientGoesWithin(int milliseconds) {
+    pollfd watched{connection_.Descriptor(), POLLIN, 0};
+    return poll(&watched, 1, milliseconds) > 0;
+}
+
 void RawServer::Reset() {
     const linger at_once{1, 0};
     setsockopt(connection_.Descriptor(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);

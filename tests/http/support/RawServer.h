@@ -26,6 +26,9 @@ class RawServer {
     // Sends bytes. False if the client has gone.
     bool Send(std::string_view bytes);
 
+    // Whether the client closes the connection within so many milliseconds.
+    bool ClientGoesWithin(int milliseconds);
+
     // Ends the connection, in order or by a reset.
     void Close() { connection_ = {}; }
     void Reset();
