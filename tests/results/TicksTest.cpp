@@ -33,24 +33,22 @@ class TicksTest : public ProgramTest {
 };
 
 TEST_F(TicksTest, AreSetByTheMenu) {
-    struct Case {
-        const char* before;
-        std::optional<std::size_t> entry;
-        const char* after;
-    };
-    const Case cases[] = {{"-x-", 0, "xxx"},  {"-x-", 1, "---"}, {"-x-", 3, "x-x"},
-                          {"-x-", {}, "-x-"}, {"", 0, ""},       {"", 3, ""}};
+    using Case = std::tuple<const char*, std::optional<std::size_t>, const char*>;
     Start([&] {
-        for (const Case& c : cases) {
-            SetTicks(c.before);
-            PickFromMenu(c.entry);
-            EXPECT_EQ(Ticks(), c.after) << c.before;
+        for (const auto& [before, entry, after] : {Case{"-x-", 0, "xxx"},
+                                                   {"-x-", 1, "---"},
+                                                   {"-x-", 3, "x-x"},
+                                                   {"-x-", {}, "-x-"},
+                                                   {"", 0, ""},
+                                                   {"", 3, ""}}) {
+            SetTicks(before);
+            PickFromMenu(entry);
+            EXPECT_EQ(Ticks(), after) << before;
             EXPECT_EQ(shown, Lines({"Select All", "Unselect All", "-", "Invert Selection"}));
         }
         SetTicks("x-");
         Main().ContextualMenu1_Action("INVERT selection");
         EXPECT_EQ(Ticks(), "-x");
-
         shown.clear();
         desktop.right_button = false;
         EXPECT_FALSE(Main().Listbox1.PressMouse(5, 5));

@@ -7,13 +7,12 @@ namespace varnith::test {
 using TypeIndexTest = ProgramTest;
 
 TEST_F(TypeIndexTest, HoldsTheTypesOfTheListAndFillsThePopup) {
-    const std::string letter = "\xC3\xA4";
     const std::pair<Lines, Lines> cases[] = {
         {{}, {}},
         {{"tif", "tif", "tiff"}, {"tif 2 1~2", "tiff 1 3"}},
         {{"TIF", "tif"}, {"TIF 2 1~2"}},
         {{"tif", "x", "TIF", ""}, {"tif 2 1~3"}},
-        {{letter, letter + letter, "\xFF\xFE"}, {letter + letter + " 1 2", "\xFF\xFE 1 3"}}};
+        {{"\xC3\xA4", "\xC3\xA4\xC3\xA4", "\xFF\xFE"}, {"\xC3\xA4\xC3\xA4 1 2", "\xFF\xFE 1 3"}}};
     Start([&] {
         EXPECT_FALSE(Main().words);
         Main().PopupMenu1.Change = [] { ADD_FAILURE() << "no pick by the user"; };
