@@ -6,12 +6,6 @@ namespace {
 
 class TicksTest : public ProgramTest {
   protected:
-    static std::string Ticks() {
-        std::string ticks;
-        for (std::int32_t row = 0; row < Main().Listbox1.ListCount(); ++row)
-            ticks += Main().Listbox1.CellCheck(row, 0) ? 'x' : '-';
-        return ticks;
-    }
     static void SetTicks(const std::string& ticks) {
         Main().Listbox1.DeleteAllRows();
         for (const char tick : ticks) {

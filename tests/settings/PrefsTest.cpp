@@ -35,41 +35,28 @@ class PrefsTest : public testing::Test {
         Prefs::file = settings_path.empty() ? nullptr : FolderItem::FromPath(settings_path);
     }
 
-    // A value can't be kept: reads give the default, writes are lost.
-    static void ExpectNothingIsKept() {
-        Prefs::SetValue("name", true, "value");
-        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
-    }
-
     TemporaryFolder folder;
     const std::string path = folder / "varnth";
 };
 
 TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
-    struct Written {
-        std::string name;
-        bool prefix_wanted;
-        std::string value;
-    };
-    const Written written[] = {
+    const std::tuple<const char*, bool, const char*> written[] = {
         {"lastupdatecheck", true, "2008-06-24"},
         {"lastupdatecheck", false, "no prefix"},
         {"LastUpdateCheck", true, "another case"},
         {"it's", true, "O'Brien ''twice''"},
-        {"empty", true, ""},
         {"\"; drop table preferences; --", true, "\"x\"\n\tx"},
         {"größe", false, "naïve \xFF"},
-    };
-    for (const Written& one : written) {
-        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), "default") << one.name;
-        Prefs::SetValue(one.name, one.prefix_wanted, "first");
-        Prefs::SetValue(one.name, one.prefix_wanted, one.value);
-        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), one.value) << one.name;
+        {"empty", true, ""}};
+    for (const auto& [name, prefix_wanted, value] : written) {
+        EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), "default") << name;
+        for (const char* each : {"first", value}) Prefs::SetValue(name, prefix_wanted, each);
     }
-    StartAnew(path);
-    for (const Written& one : written)
-        EXPECT_EQ(Prefs::Value(one.name, one.prefix_wanted, "default"), one.value) << one.name;
-
+    for (int run = 0; run < 2; ++run) {
+        for (const auto& [name, prefix_wanted, value] : written)
+            EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
+        StartAnew(path);
+    }
     EXPECT_EQ(Shell(path, "select sql from sqlite_master"),
               "CREATE TABLE preferences (name varchar, value varchar)\n");
     EXPECT_EQ(Shell(path, "select count(*), count(distinct name) from preferences"), "7|7\n");
@@ -89,18 +76,22 @@ TEST_F(PrefsTest, TakesAnExistingFileAsItStands) {
 }
 
 TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
+    // A value can't be kept: reads give the default, writes are lost.
+    const auto expect_nothing_kept = [] {
+        Prefs::SetValue("name", true, "value");
+        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
+    };
     StartAnew("");
-    ExpectNothingIsKept();
-
+    expect_nothing_kept();
     StartAnew(folder.File("garbage", std::string(5000, 'x')));
-    ExpectNothingIsKept();
+    expect_nothing_kept();
     EXPECT_EQ(BytesOf(folder / "garbage"), std::string(5000, 'x'));
 
     const std::string unwritable = folder.Folder("unwritable");
     ASSERT_EQ(chmod(folder.Path().c_str(), 0755) | chmod(unwritable.c_str(), 0555), 0);
     StartAnew(unwritable + "/varnth");
     const auto self = static_cast<uid_t>(setfsuid(65534));  // the permissions don't hold for root
-    ExpectNothingIsKept();
+    expect_nothing_kept();
     setfsuid(self);
     ASSERT_EQ(chmod(unwritable.c_str(), 0755), 0);
     Prefs::SetValue("name", true, "value");

@@ -74,6 +74,13 @@ Lines ProgramTest::Tags() {
     return tags;
 }
 
+std::string ProgramTest::Ticks() {
+    std::string ticks;
+    for (std::int32_t row = 0; row < Main().Listbox1.ListCount(); ++row)
+        ticks += Main().Listbox1.CellCheck(row, 0) ? 'x' : '-';
+    return ticks;
+}
+
 std::string ProgramTest::Texts() const {
     std::string entries;
     for (const std::string& entry : Main().PopupMenu1.Rows()) entries += (entries.empty() ? "" : ",") + entry;

@@ -43,6 +43,8 @@ class ProgramTest : public testing::Test {
     // ticked. Folders count from `documents`.
     Lines Rows() const;
     static Lines Tags();
+    // The check boxes alone, a letter a row: "x" where ticked, "-" where not.
+    static std::string Ticks();
     // What else the window shows: "title|address|file count|popup,entries".
     std::string Texts() const;
     // The saved rows in the form of Rows, as another program reads them; or what keeps it from that.

@@ -12,12 +12,6 @@ class ResultsTest : public WindowTest {
         Scan(documents.Path(), false);
         WaitFor([&] { return Table().model()->rowCount() == rows; });
     }
-    static std::string Ticks() {
-        std::string ticks;
-        for (std::int32_t row = 0; row < Main().Listbox1.ListCount(); ++row)
-            ticks += Main().Listbox1.CellCheck(row, 0) ? 'x' : '-';
-        return ticks;
-    }
     // Does something with the menu that the next press brings up.
     static void WithMenu(const std::function<void(QMenu&)>& work) {
         auto* timer = new QTimer(QApplication::instance());
