@@ -5,8 +5,6 @@
 
 namespace varnith::test {
 
-namespace {
-
 TEST(Escaping, TakesTheListedCharactersAndNoOthers) {
     const auto socket = MakeRef<HTTPSocket>();
     const auto form = MakeRef<Dictionary<std::string>>();
@@ -77,7 +75,5 @@ TEST_F(HTTPTest, ReportsAnAddressThatLeadsNowhere) {
         events.clear();
     }
 }
-
-}  // namespace
 
 }  // namespace varnith::test

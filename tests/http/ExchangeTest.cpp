@@ -3,8 +3,6 @@
 
 namespace varnith::test {
 
-namespace {
-
 using namespace std::string_literals;
 
 enum class End { Close, Reset, Silence };
@@ -205,7 +203,5 @@ TEST_F(HTTPTest, DownloadsIntoAFile) {
         EXPECT_FALSE(client->IsConnected());
     }
 }
-
-}  // namespace
 
 }  // namespace varnith::test

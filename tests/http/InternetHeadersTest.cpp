@@ -8,8 +8,6 @@
 
 namespace varnith::test {
 
-namespace {
-
 TEST(InternetHeaders, ParsesATextWithAnyLineEnding) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
@@ -102,7 +100,5 @@ TEST(InternetHeaders, FoldsLongLinesForMail) {
     EXPECT_EQ(headers._FormatEmailHeaders(), "Short: line\r\nSubject: " + std::string(60, 'a') + " b\r\n " +
                                                  std::string(100, 'c') + "\r\n d");
 }
-
-}  // namespace
 
 }  // namespace varnith::test

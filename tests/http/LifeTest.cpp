@@ -1,5 +1,3 @@
-#include <thread>
-
 #include "http/support/HTTPTest.h"
 #include "platform/net/Network.h"
 #include "platform/threads/Scheduler.h"
@@ -7,24 +5,6 @@
 #include "platform/ui/Application.h"
 
 namespace varnith::test {
-
-namespace {
-
-// A server that works beside the client, which waits for it in one call.
-class HTTPWaitTest : public HTTPTest {
-  protected:
-    void Beside(const std::function<void()>& work) { worker_ = std::jthread(work); }
-    void ServeOnce(const std::string& answer) {
-        Beside([this, answer] {
-            server.TakeRequest();
-            server.Send(answer);
-            server.Close();
-        });
-    }
-
-  private:
-    std::jthread worker_;
-};
 
 TEST_F(HTTPTest, LetsGoOfARequestAtAnyTime) {
     const std::function<void()> stages[] = {
@@ -138,7 +118,7 @@ TEST_F(HTTPTest, ReadsOnceWhatComesWhileAHandlerRunsTheEventLoopAndFails) {
     EXPECT_EQ(failures, 1);
 }
 
-TEST_F(HTTPWaitTest, WaitsForTheResultAndWithholdsTheEvents) {
+TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
     ServeOnce("HTTP/1.0 200 OK\n\nfile");
     EXPECT_TRUE(client->Post(server.At("/"), FolderItem::FromPath(folder / "file"), 20));
     EXPECT_EQ(BytesOf(folder / "file"), "file");
@@ -170,7 +150,7 @@ TEST_F(HTTPWaitTest, WaitsForTheResultAndWithholdsTheEvents) {
     EXPECT_EQ(events, Lines{"gone"});
 }
 
-TEST_F(HTTPWaitTest, LimitsTheTimeInWhichNothingMoves) {
+TEST_F(HTTPTest, LimitsTheTimeInWhichNothingMoves) {
     Beside([this] {
         server.TakeRequest();
         server.Send("HTTP/1.0 200 OK\n\n");
@@ -210,7 +190,7 @@ struct LongWork : Thread {
     }
 };
 
-TEST_F(HTTPWaitTest, CostsNextToNothingAndLetsTheThreadsOfTheProgramRunOn) {
+TEST_F(HTTPTest, CostsNextToNothingAndLetsTheThreadsOfTheProgramRunOn) {
     // A slice that only ends by being given up.
     Scheduler::Current().SetSlice(std::chrono::minutes(1));
     const auto work = MakeRef<LongWork>();
@@ -222,7 +202,7 @@ TEST_F(HTTPWaitTest, CostsNextToNothingAndLetsTheThreadsOfTheProgramRunOn) {
     EXPECT_TRUE(work->done);
 }
 
-TEST_F(HTTPWaitTest, RunsTheEventLoopIfToldTo) {
+TEST_F(HTTPTest, RunsTheEventLoopIfToldTo) {
     Application application;
     const auto other = MakeRef<RecordingSocket>(events);
     RawServer other_server;
@@ -240,7 +220,5 @@ TEST(Network, LooksUpAddresses) {
     for (const std::string& none : {std::string(), std::string(300, 'x')})
         EXPECT_EQ(Network::LookupIPAddress(none), "");
 }
-
-}  // namespace
 
 }  // namespace varnith::test

@@ -1,59 +1,42 @@
-#include <stdexcept>
-
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
+#include <cstdlib>
 
 #include "http/support/HTTPTest.h"
 #include "platform/base/Text.h"
 
 namespace varnith::test {
 
-namespace {
-
-// nginx on a port of loopback, with all that it needs below a folder. It ends with its object.
-class Nginx {
-  public:
-    explicit Nginx(const TemporaryFolder& folder) : address_(RawServer().At("")) {
+// nginx, with all that it needs below a folder. It ends with its object.
+struct Nginx {
+    Nginx(const TemporaryFolder& folder, const std::string& address)
+        : command("/usr/sbin/nginx -e errors -c nginx.conf -p " + folder.Path()) {
         folder.File("nginx.conf",
-                    "daemon off; master_process off; pid pid; events {} http { access_log off;"
+                    "pid pid; master_process off; events {} http { access_log off;"
                     "client_body_temp_path t; proxy_temp_path t; fastcgi_temp_path t;"
-                    "uwsgi_temp_path t; scgi_temp_path t;"
-                    "server { listen " +
-                        address_ +
-                        "; root pages;"
-                        "location /moved { return 301 /page.html; } } }");
-        const std::string place = folder.Path();
-        const char* arguments[] = {"nginx", "-p", place.c_str(), "-e", "errors", "-c", "nginx.conf", nullptr};
-        if (posix_spawn(&process_, "/usr/sbin/nginx", nullptr, nullptr, const_cast<char* const*>(arguments),
-                        environ) != 0)
-            throw std::runtime_error("nginx does not start");
+                    "uwsgi_temp_path t; scgi_temp_path t; server { listen " +
+                        address + "; root pages; location /moved { return 301 /page.html; } } }");
+        EXPECT_EQ(std::system(command.c_str()), 0);
     }
-    ~Nginx() {
-        kill(process_, SIGTERM);
-        waitpid(process_, nullptr, 0);
-    }
-    std::string At(const std::string& path) const { return "http://" + address_ + path; }
+    ~Nginx() { EXPECT_EQ(std::system((command + " -s stop").c_str()), 0); }
 
-  private:
-    const std::string address_;
-    pid_t process_;
+    const std::string command;
 };
 
 TEST_F(HTTPTest, TalksToARealServer) {
     const std::string large(3 << 20, 'x');
     folder.File("pages/page.html", "<p>A page</p>");
     folder.File("pages/large", large);
-    const Nginx nginx(folder);
-    PumpUntil([&] { return client->Get(nginx.At("/page.html"), 5) == "<p>A page</p>"; });
+    const std::string address = RawServer().At("");
+    const Nginx nginx(folder, address);
+    const auto at = [&](const char* path) { return "http://" + address + path; };
+    EXPECT_EQ(client->Get(at("/page.html"), 5), "<p>A page</p>");
     EXPECT_EQ(client->HTTPStatusCode(), 200);
     EXPECT_EQ(client->PageHeaders()->Value("content-type"), "text/html");
-    EXPECT_EQ(client->GetHeaders(nginx.At("/large"), 5)->Value("Content-Length"), Str(std::ssize(large)));
-    EXPECT_NE(client->Get(nginx.At("/missing"), 5).find("404 Not Found"), std::string::npos);
+    EXPECT_EQ(client->GetHeaders(at("/large"), 5)->Value("Content-Length"), Str(std::ssize(large)));
+    EXPECT_NE(client->Get(at("/missing"), 5).find("404 Not Found"), std::string::npos);
     EXPECT_EQ(client->HTTPStatusCode(), 404);
-    client->Get(nginx.At("/moved"), 5);
+    client->Get(at("/moved"), 5);
     EXPECT_EQ(client->HTTPStatusCode(), 301);
-    EXPECT_EQ(client->PageHeaders()->Value("Location"), nginx.At("/page.html"));
+    EXPECT_EQ(client->PageHeaders()->Value("Location"), at("/page.html"));
 
     std::int32_t received = 0;
     client->ReceiveProgress = [&](auto now, auto total, const auto& data) {
@@ -62,12 +45,10 @@ TEST_F(HTTPTest, TalksToARealServer) {
     };
     std::int32_t complete = 0;
     client->DownloadComplete = [&](const auto&, auto status, const auto&, const auto&) { complete = status; };
-    client->Get(nginx.At("/large"), FolderItem::FromPath(folder / "target"));
+    client->Get(at("/large"), FolderItem::FromPath(folder / "target"));
     PumpUntil([&] { return complete == 200; });
     EXPECT_EQ(received, std::ssize(large));
     EXPECT_TRUE(BytesOf(folder / "target") == large);
 }
-
-}  // namespace
 
 }  // namespace varnith::test

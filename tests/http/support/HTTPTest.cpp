@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include <poll.h>
-#include <sys/resource.h>
+#include <time.h>
 
 #include "platform/base/Text.h"
 #include "platform/net/SocketEvents.h"
@@ -82,13 +82,18 @@ void HTTPTest::AnswerAndClose(const Lines& pieces) {
     PumpUntilEnd();
 }
 
+void HTTPTest::ServeOnce(const std::string& answer) {
+    Beside([this, answer] {
+        server.TakeRequest();
+        server.Send(answer);
+        server.Close();
+    });
+}
+
 double ProcessorSeconds() {
-    rusage usage;
-    getrusage(RUSAGE_THREAD, &usage);
-    const auto of = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-    };
-    return of(usage.ru_utime) + of(usage.ru_stime);
+    timespec time;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 std::string PlainRequest(const std::string& method, const std::string& path, const std::string& host) {

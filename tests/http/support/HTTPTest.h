@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -47,10 +48,17 @@ class HTTPTest : public testing::Test {
     // The rest of a whole exchange: the answer, and the end of the connection.
     void AnswerAndClose(const Lines& pieces);
 
+    // Has a server's work done beside the client, which waits for it in one call: any, or one answer.
+    void Beside(const std::function<void()>& work) { worker_ = std::jthread(work); }
+    void ServeOnce(const std::string& answer);
+
     Lines events;
     RawServer server;
     TemporaryFolder folder;
     Ref<RecordingSocket> client = MakeRef<RecordingSocket>(events);
+
+  private:
+    std::jthread worker_;
 };
 
 // The processor time that this thread has used so far.
