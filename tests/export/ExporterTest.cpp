@@ -4,7 +4,6 @@
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
-namespace {
 
 constexpr std::int32_t Excel = 1;
 constexpr std::int32_t Text = 2;
@@ -149,5 +148,4 @@ TEST_F(ExporterTest, StandsInFrontOnceAndClosesByKey) {
     });
 }
 
-}  // namespace
 }  // namespace varnith::test

@@ -6,7 +6,6 @@
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
-namespace {
 
 using FilterTest = ProgramTest;
 
@@ -141,5 +140,4 @@ TEST_F(FilterTest, FailsNoSaveAtAnyMoment) {
     });
 }
 
-}  // namespace
 }  // namespace varnith::test

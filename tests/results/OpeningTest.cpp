@@ -5,7 +5,6 @@
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
-namespace {
 
 // A desktop with a viewer for TIFF files and folders, which leaves what it was given in a file.
 class OpeningTest : public ProgramTest {
@@ -81,5 +80,4 @@ TEST_F(OpeningTest, SaysWhenTheFileIsGone) {
     });
 }
 
-}  // namespace
 }  // namespace varnith::test

@@ -2,7 +2,6 @@
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
-namespace {
 
 class TicksTest : public ProgramTest {
   protected:
@@ -66,5 +65,4 @@ TEST_F(TicksTest, AreSetOnRowsThatAScanAddsMeanwhile) {
     });
 }
 
-}  // namespace
 }  // namespace varnith::test

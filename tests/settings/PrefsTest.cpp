@@ -11,8 +11,6 @@
 
 namespace varnith::test {
 
-namespace {
-
 // What the sqlite3 shell, as another program, reads from a file.
 std::string Shell(const std::string& path, const std::string& statement) {
     const std::string command = "sqlite3 '" + path + "' \"" + statement + "\"";
@@ -134,7 +132,5 @@ TEST_F(ProgramTest, NamesTheSettingsFileWhenItStarts) {
         EXPECT_FALSE(Prefs::file->Exists()) << "it is made by the first use";
     }
 }
-
-}  // namespace
 
 }  // namespace varnith::test

@@ -3,7 +3,6 @@
 #include "window/WindowTest.h"
 
 namespace varnith::test {
-namespace {
 
 class ResultsTest : public WindowTest {
   protected:
@@ -46,25 +45,22 @@ TEST_F(ResultsTest, MenuComesUpAtThePressAndTicks) {
             EXPECT_EQ(menu.pos(), Table().viewport()->mapToGlobal(place));
             // The list has not made anything of the press yet.
             EXPECT_EQ(Main().Listbox1.ListIndex(), -1);
-            QTest::keyClick(&menu, Qt::Key_Down);
-            QTest::keyClick(&menu, Qt::Key_Return);
+            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[0]).center());
         });
         QTest::mouseClick(Table().viewport(), Qt::RightButton, {}, place);
         EXPECT_EQ(Ticks(), "xxx");
         EXPECT_EQ(Main().Listbox1.ListIndex(), 1);
 
+        bool asked = false;
         WithMenu([&](QMenu& menu) {
-            EXPECT_EQ(menu.pos(),
-                      Table().viewport()->mapToGlobal(Table().visualRect(Table().currentIndex()).center()));
-            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[1]).center());
+            const QRect row = Table().visualRect(Table().currentIndex());
+            EXPECT_EQ(menu.pos(), Table().viewport()->mapToGlobal(row.center()));
+            QTest::keyClick(&menu, Qt::Key_Escape);
+            asked = true;
         });
         QProcess::execute("xdotool", {"key", "Menu"});
-        WaitFor([] { return Ticks() == "---"; });
-
-        WithMenu([](QMenu& menu) { QTest::keyClick(&menu, Qt::Key_Escape); });
-        QTest::mouseClick(Table().viewport(), Qt::RightButton, {}, Centre(2, 1));
-        EXPECT_EQ(Ticks(), "---");
-        EXPECT_EQ(Main().Listbox1.ListIndex(), 2);
+        WaitFor([&] { return asked; });
+        EXPECT_EQ(Ticks(), "xxx");
     });
 }
 
@@ -126,5 +122,4 @@ TEST_F(ResultsTest, ExportWindowIsLaidOutAndWorkedByKey) {
     });
 }
 
-}  // namespace
 }  // namespace varnith::test

@@ -31,8 +31,6 @@ std::string WindowTest::Property(const char* name) {
     return xprop.readAllStandardOutput().toStdString();
 }
 
-namespace {
-
 TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
     Start([&] {
         MainWindow& w = Main();
@@ -228,5 +226,4 @@ TEST_F(WindowTest, EndsByTheCloseKeyWithWhateverElseIsHeld) {
     }
 }
 
-}  // namespace
 }  // namespace varnith::test
