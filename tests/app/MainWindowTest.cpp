@@ -1,4 +1,3 @@
-#include "app/App.h"
 #include "app/MainWindow.h"
 #include "platform/base/Text.h"
 #include "platform/threads/Scheduler.h"
@@ -42,39 +41,6 @@ TEST_F(MainWindowTest, StandsInTheMiddleOfTheFirstScreen) {
         desktop.screen = screen;
         Start([&] { EXPECT_EQ(std::pair(Main().Left(), Main().Top()), std::pair(left, top)); });
     }
-}
-
-TEST_F(MainWindowTest, TheCloseShortcutQuitsAndOtherKeysDoNothing) {
-    using Case = std::tuple<const char*, bool, bool, bool>;
-    for (const auto& [key, command, control, quits] : {Case{"w", false, false, false},
-                                                       {"W", false, true, true},
-                                                       {"w", true, false, true},
-                                                       {"q", true, true, false},
-                                                       {"ww", true, true, false}}) {
-        desktop.command_key = command;
-        desktop.control_key = control;
-        desktop.quit_status = std::nullopt;
-        Start([&] { EXPECT_FALSE(Main().PressKey(key)) << "the key goes on to the controls"; });
-        EXPECT_EQ(desktop.quit_status, quits ? std::optional(0) : std::nullopt) << key;
-    }
-}
-
-TEST_F(MainWindowTest, ClosingItDuringAScanEndsTheProgramWithNoFinish) {
-    for (const char* name : {"a.tif", "b.tif", "c.tif"}) documents.File(name, TiffBytes(1));
-    struct : Observed::Observer {
-        void Changed() override { ADD_FAILURE() << "the files are counted"; }
-    } finish;
-    Start([&] {
-        Main().CheckBox4.SetValue(true);
-        Locate(documents.Path());
-        RunThreadsUntil([&] { return Rows().size() == 2; });
-        Main().StaticText2.SetObserver(&finish);
-        Main().Close();
-        EXPECT_FALSE(App::Instance().FrontWindow());
-    });
-    EXPECT_EQ(desktop.quit_status, 0);
-    EXPECT_FALSE(Scheduler::Current().UntilNextTurn());
-    EXPECT_EQ(SavedRows(), Lines());
 }
 
 TEST_F(MainWindowTest, TextsAtEachMomentOfAScan) {

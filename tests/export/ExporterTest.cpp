@@ -1,5 +1,6 @@
 #include "export/ExcelWritterExtension.h"
 #include "export/Exporter.h"
+#include "platform/base/Text.h"
 #include "platform/ui/Application.h"
 #include "support/ProgramTest.h"
 
@@ -128,19 +129,23 @@ TEST_F(ExporterTest, StandsInFrontOnceAndClosesByKey) {
             Application::Current().Choose(Main().FileExport());
             EXPECT_EQ(Application::Current().FrontWindow(), Exporter::Instance());
             EXPECT_FALSE(Application::Current().IsEnabled(*Main().FileExport()));
-            EXPECT_TRUE(Application::Current().IsEnabled(*Main().FileQuit()));
             return Exporter::Instance();
         };
         const Ref<Exporter> window = export_again();
         EXPECT_EQ(std::pair(window->Left(), window->Top()), std::pair(385, 294));
+        std::string places;
+        for (const Control* control : window->Controls()) {
+            const Bounds& b = control->CurrentBounds();
+            for (const std::int32_t value : {b.Left, b.Top, b.Width, b.Height}) places += Str(value) + " ";
+        }
+        EXPECT_EQ(places, "21 14 72 20 22 40 211 20 22 72 75 20 22 97 127 22 88 131 80 20 ");
         Main().Show();
         EXPECT_EQ(export_again(), window);
         window->PressKey("w");
         EXPECT_EQ(Application::Current().FrontWindow(), window);
         for (bool TestDesktop::*modifier : {&TestDesktop::command_key, &TestDesktop::control_key}) {
-            export_again();
             desktop.*modifier = true;
-            EXPECT_FALSE(Exporter::Instance()->PressKey("W"));
+            EXPECT_FALSE(export_again()->PressKey("W"));
             desktop.*modifier = false;
             EXPECT_FALSE(StoodOpen());
         }

@@ -4,7 +4,6 @@
 #include "platform/base/Exceptions.h"
 #include "platform/base/Text.h"
 #include "platform/ui/Listbox.h"
-#include "platform/ui/PopupMenu.h"
 
 namespace varnith::test {
 
@@ -73,18 +72,6 @@ TEST(Listbox, HoldsARepeatedTextOnce) {
     EXPECT_LT(mallinfo2().uordblks - before, 1'000'000u);
     list.SetCell(0, 1, "other");
     EXPECT_EQ(list.Cell(1, 1), path);
-}
-
-TEST(PopupMenu, TellsOfPicksByTheUserOnly) {
-    PopupMenu popup;
-    std::string told;
-    popup.Change = [&] { told += popup.Text() + ";"; };
-    for (const char* entry : {"All", "tif"}) popup.AddRow(entry);
-    for (const std::int32_t pick : {-1, 2, 1, 1, 0}) popup.Pick(pick);
-    popup.DeleteAllRows();
-    popup.AddRow("All");
-    EXPECT_EQ(popup.Text(), "") << "no entry is chosen";
-    EXPECT_EQ(told, "tif;tif;All;");
 }
 
 }  // namespace varnith::test
