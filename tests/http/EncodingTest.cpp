@@ -15,10 +15,9 @@ TEST(Escaping, TakesTheListedCharactersAndNoOthers) {
         const std::string text(1, static_cast<char>(code));
         char escape[4];
         snprintf(escape, sizeof escape, "%%%02X", static_cast<unsigned>(code));
+        const std::string passed = text == " " ? "+" : text;
         form->SetValue("", text);
-        EXPECT_EQ(socket->EncodeFormData(form), "=" + (listed.find(text) != listed.npos ? escape
-                                                       : text == " "                    ? "+"
-                                                                                        : text));
+        EXPECT_EQ(socket->EncodeFormData(form), "=" + (listed.find(text) == listed.npos ? passed : escape));
     }
     form->SetValue("", "");
     std::string expected = "=";
