@@ -117,15 +117,15 @@ TEST_F(HTTPTest, ReadsOnceWhatComesWhileAHandlerRunsTheEventLoopAndFails) {
 }
 
 TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
-    ServeOnce("HTTP/1.0 200 OK\n\nfile");
+    ServeOnce("HTTP/1.0 200 OK\n\nfile", "POST");
     EXPECT_TRUE(client->Post(server.At("/"), FolderItem::FromPath(folder / "file"), 20));
     EXPECT_EQ(BytesOf(folder / "file"), "file");
-    ServeOnce("HTTP/1.0 200 OK\nb: 2\n\n");
+    ServeOnce("HTTP/1.0 200 OK\nb: 2\n\n", "HEAD");
     EXPECT_EQ(client->GetHeaders(server.At("/"), 0)->Value("b"), "2");
-    ServeOnce("HTTP/1.0 200 OK\n\n");
+    ServeOnce("HTTP/1.0 200 OK\n\n", "POST");
     EXPECT_EQ(client->Post(server.At("/"), 20), "");
     EXPECT_FALSE(client->PageHeaders()) << "a block without a header is none";
-    ServeOnce("");
+    ServeOnce("", "HEAD");
     EXPECT_FALSE(client->GetHeaders(server.At("/"), 20));
     ServeOnce("HTTP/1.0 404 No\na: 1\n\nof the page before");
     EXPECT_EQ(client->Get(server.At("/"), 20), "of the page before");

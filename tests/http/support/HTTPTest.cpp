@@ -82,9 +82,9 @@ void HTTPTest::AnswerAndClose(const Lines& pieces) {
     PumpUntilEnd();
 }
 
-void HTTPTest::ServeOnce(const std::string& answer) {
-    Beside([this, answer] {
-        server.TakeRequest();
+void HTTPTest::ServeOnce(const std::string& answer, const std::string& method) {
+    Beside([this, answer, method] {
+        EXPECT_EQ(server.TakeRequest().substr(0, method.size()), method);
         server.Send(answer);
         server.Close();
     });

@@ -48,9 +48,10 @@ class HTTPTest : public testing::Test {
     // The rest of a whole exchange: the answer, and the end of the connection.
     void AnswerAndClose(const Lines& pieces);
 
-    // Has a server's work done beside the client, which waits for it in one call: any, or one answer.
+    // Has a server's work done beside the client, which waits for it in one call: any, or the answer to one
+    // request by a method.
     void Beside(const std::function<void()>& work) { worker_ = std::jthread(work); }
-    void ServeOnce(const std::string& answer);
+    void ServeOnce(const std::string& answer, const std::string& method = "GET");
 
     Lines events;
     RawServer server;
