@@ -51,3 +51,40 @@ scan_with_subfolders() {
     press Return
     wait_for_title "$main_window" ' - Finished$'
 }
+
+# A menu is a window of the program that the window manager leaves alone.
+menu_is_open() {
+    local window
+    for window in $(xwininfo -root -children | awk '/\("Varnith" "Varnith"\)/ { print $1 }'); do
+        if xwininfo -id "$window" | grep -q IsViewable; then return 0; fi
+    done
+    return 1
+}
+
+menu_is_closed() {
+    ! menu_is_open
+}
+
+# Does something that brings up a menu and waits until it is there.
+open_menu() {
+    wait_until menu_is_closed
+    "$@"
+    wait_until menu_is_open
+}
+
+# Opens the export window by the keys of the menu.
+open_exporter() {
+    open_menu press alt+f
+    press Return
+    wait_for_window '^Export$'
+    exporter=$found_window
+    wait_until is_active "$exporter"
+}
+
+# Types a file's name in the home folder into the dialog that asks for one, and accepts it.
+answer_save_dialog() {
+    wait_for_window '^Save As$'
+    wait_until is_active "$found_window"
+    type_text "$1"
+    press Return
+}

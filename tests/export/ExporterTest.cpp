@@ -68,6 +68,14 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
         EXPECT_EQ(Saved(Tabs), "c.tiff\t0\t" + here + "/sub\ttiff\n");
         EXPECT_EQ(Saved(Excel), last);
         ExcelWritterExtension::saveAsExcelFile(Main().Listbox1, nullptr);
+        // Other lists are written in the form of the window's, and one with fewer columns can't be.
+        Listbox narrow;
+        narrow.SetColumns("one\ttwo", ",");
+        ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target));
+        EXPECT_EQ(BytesOf(target), "");
+        narrow.AddRow("a");
+        EXPECT_THROW(ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target)),
+                     OutOfBoundsException);
     });
 }
 

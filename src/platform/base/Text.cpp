@@ -51,10 +51,6 @@ std::string Mid(std::string_view text, std::int32_t start) {
     return std::string(text.substr(BytesOf(text, start - 1)));
 }
 
-std::int32_t Asc(std::string_view text) {
-    return text.empty() ? 0 : FirstCharacter(text).code;
-}
-
 std::string Str(std::int64_t number) {
     return std::to_string(number);
 }

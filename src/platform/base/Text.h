@@ -36,9 +36,6 @@ std::int32_t Len(std::string_view text);
 std::string Mid(std::string_view text, std::int32_t start, std::int32_t length);
 std::string Mid(std::string_view text, std::int32_t start);
 
-// The code point of the first character, or the byte itself where it is no UTF-8; 0 for an empty text.
-std::int32_t Asc(std::string_view text);
-
 // A number as plain decimal text.
 std::string Str(std::int64_t number);
 
