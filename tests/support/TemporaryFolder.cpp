@@ -2,14 +2,17 @@
 
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
 namespace varnith::test {
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "varnith-test-XXXXXX").string();
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+
+TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent) {
+    std::string pattern = (parent / "varnith-test-XXXXXX").string();
     if (!mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder " << pattern;
     path_ = pattern;
 }
@@ -35,6 +38,23 @@ std::string BytesOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file) << path;
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+Tree TreeOf(const std::string& path) {
+    namespace fs = std::filesystem;
+    Tree tree;
+    for (const auto& entry : fs::recursive_directory_iterator(path)) {
+        const fs::file_status status = entry.symlink_status();
+        std::ostringstream shown;
+        if (fs::is_symlink(status))
+            shown << "-> " << fs::read_symlink(entry).string();
+        else
+            shown << std::oct << static_cast<int>(status.permissions())
+                  << (fs::is_directory(status) ? "/" : " ");
+        if (fs::is_regular_file(status)) shown << BytesOf(entry.path());
+        tree[entry.path().lexically_relative(path)] = shown.str();
+    }
+    return tree;
 }
 
 }  // namespace varnith::test

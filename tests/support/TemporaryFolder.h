@@ -1,14 +1,17 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 
 namespace varnith::test {
 
-// A fresh folder below the system's temporary one, removed with all that it holds at the end.
+// A fresh folder, removed with all that it holds at the end.
 class TemporaryFolder {
   public:
+    // In the system's temporary folder, or in another one that exists.
     TemporaryFolder();
+    explicit TemporaryFolder(const std::filesystem::path& parent);
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
@@ -26,5 +29,10 @@ class TemporaryFolder {
 
 // The bytes of a file; fails the test if it can't be read.
 std::string BytesOf(const std::string& path);
+
+// All that lies below a folder, by path: what it holds of a file, behind its permissions as in "755 bytes",
+// the permissions of a folder as in "700/", and what a link leads to as in "-> target".
+using Tree = std::map<std::string, std::string>;
+Tree TreeOf(const std::string& path);
 
 }  // namespace varnith::test

@@ -9,6 +9,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,7 +59,7 @@ class Place {
 
 std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
     if (result != 0) return std::nullopt;
-    return FileStatus{KindOf(status.st_mode), status.st_size};
+    return FileStatus{KindOf(status.st_mode), status.st_size, status.st_mode & 07777u, status.st_uid};
 }
 
 FileKind KindOfEntry(DIR* folder, const dirent& entry) {
@@ -117,6 +118,20 @@ std::optional<FileStatus> FileSystem::Status(const std::string& path) const {
     return ToStatus(fstatat(place.Base(), place.Path(), &status, 0), status);
 }
 
+std::optional<FileStatus> FileSystem::EntryStatus(const std::string& path) const {
+    const Place place(path);
+    struct stat status;
+    return ToStatus(fstatat(place.Base(), place.Path(), &status, AT_SYMLINK_NOFOLLOW), status);
+}
+
+std::string FileSystem::LinkTarget(const std::string& path) const {
+    const Place place(path);
+    std::string target(PATH_MAX, '\0');
+    const ssize_t length = readlinkat(place.Base(), place.Path(), target.data(), target.size());
+    target.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+    return target;
+}
+
 std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {
     std::vector<DirectoryEntry> entries;
     const int descriptor = Place(path).Open(O_RDONLY | O_DIRECTORY);
@@ -166,11 +181,40 @@ void FileSystem::MakeFolders(const std::string& path) const {
     mkdir(path.c_str(), S_IRWXU);
 }
 
+bool FileSystem::MakeFolder(const std::string& path) const {
+    const Place place(path);
+    return mkdirat(place.Base(), place.Path(), S_IRWXU) == 0;
+}
+
+bool FileSystem::MakeLink(const std::string& path, const std::string& target) const {
+    const Place place(path);
+    return symlinkat(target.c_str(), place.Base(), place.Path()) == 0;
+}
+
+bool FileSystem::SetMode(const std::string& path, std::uint32_t mode) const {
+    const Place place(path);
+    return fchmodat(place.Base(), place.Path(), mode, 0) == 0;
+}
+
+RenameResult FileSystem::Rename(const std::string& from, const std::string& to) const {
+    const Place source(from);
+    const Place target(to);
+    int result = renameat2(source.Base(), source.Path(), target.Base(), target.Path(), RENAME_NOREPLACE);
+    // Some network file systems know no rename that spares what is there, so look first.
+    if (result != 0 && errno == EINVAL && !EntryStatus(to))
+        result = renameat(source.Base(), source.Path(), target.Base(), target.Path());
+    if (result == 0) return RenameResult::Done;
+    return errno == EXDEV ? RenameResult::OtherFileSystem : RenameResult::Failed;
+}
+
+bool FileSystem::Remove(const std::string& path) const {
+    const Place place(path);
+    return unlinkat(place.Base(), place.Path(), 0) == 0 ||
+           unlinkat(place.Base(), place.Path(), AT_REMOVEDIR) == 0;
+}
+
 std::string FileSystem::ExecutablePath() const {
-    std::string path(PATH_MAX, '\0');
-    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
-    path.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
-    return path;
+    return LinkTarget("/proc/self/exe");
 }
 
 const FileSystem& FileSystem::Current() {

@@ -29,8 +29,12 @@ enum class FileKind { Regular, Directory, Link, Other };
 
 struct FileStatus {
     FileKind kind;
-    std::int64_t size;  // in bytes
+    std::int64_t size;   // in bytes
+    std::uint32_t mode;  // the permission bits
+    std::uint32_t owner;
 };
+
+enum class RenameResult { Done, OtherFileSystem, Failed };
 
 struct DirectoryEntry {
     std::string name;  // the bytes that the disk holds, without the path
@@ -57,6 +61,12 @@ class FileSystem {
     // The status of what a path leads to: links are followed.
     virtual std::optional<FileStatus> Status(const std::string& path) const;
 
+    // The status of the entry itself: a link is a link.
+    virtual std::optional<FileStatus> EntryStatus(const std::string& path) const;
+
+    // What a link leads to, as it is written in the link; empty if there is no link.
+    virtual std::string LinkTarget(const std::string& path) const;
+
     // The entries of a folder in no particular order, without "." and "..". Empty, too, when the folder
     // can't be read; a folder that fails half-way gives what was read by then.
     virtual std::vector<DirectoryEntry> Entries(const std::string& path) const;
@@ -73,6 +83,19 @@ class FileSystem {
 
     // Makes a folder, for the user alone, and those above it, as far as they are missing.
     virtual void MakeFolders(const std::string& path) const;
+
+    // Makes a folder, for the user alone, or a link where nothing is yet. False if it could not be made.
+    virtual bool MakeFolder(const std::string& path) const;
+    virtual bool MakeLink(const std::string& path, const std::string& target) const;
+
+    // Sets the permission bits of what a path leads to.
+    virtual bool SetMode(const std::string& path, std::uint32_t mode) const;
+
+    // Gives an entry another path, without following a link. It never takes the place of what is there.
+    virtual RenameResult Rename(const std::string& from, const std::string& to) const;
+
+    // Removes a file, a link itself or an empty folder. False if it is still there.
+    virtual bool Remove(const std::string& path) const;
 
     // The path of the running executable.
     virtual std::string ExecutablePath() const;

@@ -3,12 +3,19 @@
 #include <sstream>
 #include <utility>
 
+#include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/MoveItem.h"
 #include "platform/ui/Desktop.h"
 
 namespace varnith {
 
 namespace {
+
+bool IsEntryName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\0", 2)) == name.npos;
+}
 
 template <class Stream>
 Ref<Stream> OpenStream(const FolderItem& item, bool create) {
@@ -49,17 +56,30 @@ std::string FolderItem::AbsolutePath() const {
     return path;
 }
 
+void FolderItem::SetName(const std::string& name) {
+    if (!parent_ || !IsEntryName(name)) return;
+    const std::string renamed = MakeRef<FolderItem>(parent_, name)->AbsolutePath();
+    if (FileSystem::Current().Rename(AbsolutePath(), renamed) == RenameResult::Done) name_ = name;
+}
+
+std::string FolderItem::ShellPath() const {
+    std::string quoted = "'";
+    for (const char c : AbsolutePath()) quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    return quoted + "'";
+}
+
 Ref<FolderItem> FolderItem::Child(const std::string& name) {
-    if (name.empty() || name == "." || name == ".." || name.find('/') != name.npos) return nullptr;
+    if (!IsEntryName(name)) return nullptr;
     return MakeRef<FolderItem>(Ref(this), name);
 }
 
 bool FolderItem::Exists() const {
-    return FileSystem::Current().Status(AbsolutePath()).has_value();
+    const FileSystem& disk = FileSystem::Current();
+    return (is_entry_itself_ ? disk.EntryStatus(AbsolutePath()) : disk.Status(AbsolutePath())).has_value();
 }
 
 bool FolderItem::Directory() const {
-    const auto status = FileSystem::Current().Status(AbsolutePath());
+    const auto status = FileSystem::Current().EntryStatus(AbsolutePath());
     return status && status->kind == FileKind::Directory;
 }
 
@@ -80,6 +100,20 @@ Ref<FolderItem> FolderItem::Item(std::int32_t index) {
     return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1]);
 }
 
+Ref<FolderItem> FolderItem::TrueItem(std::int32_t index) {
+    const Ref<FolderItem> item = Item(index);
+    if (item) item->is_entry_itself_ = true;
+    return item;
+}
+
+void FolderItem::MoveFileTo(const Ref<FolderItem>& target) const {
+    MoveItem(AbsolutePath(), target->AbsolutePath());
+}
+
+void FolderItem::Delete() const {
+    FileSystem::Current().Remove(AbsolutePath());
+}
+
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
     return OpenStream<TextOutputStream>(*this, true);
 }
@@ -96,11 +130,15 @@ void FolderItem::Launch(bool to_front) const {
     Desktop::Current().OpenDocument(AbsolutePath(), to_front);
 }
 
+Ref<FolderItem> ExecutableItem() {
+    return FolderItem::FromPath(FileSystem::Current().ExecutablePath());
+}
+
 Ref<FolderItem> ApplicationItem() {
-    const auto executable = FolderItem::FromPath(FileSystem::Current().ExecutablePath());
+    const auto executable = ExecutableItem();
     const auto folder = executable->Parent();
-    const bool in_bundle =
-        folder && folder->Name() == "MacOS" && folder->Parent() && folder->Parent()->Name() == "Contents";
+    const bool in_bundle = folder && SameText(folder->Name(), "MacOS") && folder->Parent() &&
+                           SameText(folder->Parent()->Name(), "Contents");
     return in_bundle && folder->Parent()->Parent() ? folder->Parent()->Parent() : executable;
 }
 

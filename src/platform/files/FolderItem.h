@@ -21,6 +21,10 @@ class FolderItem : public RefCounted {
     // The item's name on disk, as bytes; empty for the root.
     const std::string& Name() const { return name_; }
 
+    // Renames the item on disk. Where that fails, as over a name in use or for one that no child can have,
+    // the item keeps its name.
+    void SetName(const std::string& name);
+
     // The name as the desktop shows it. Linux desktops hide no extensions, so it is the same bytes.
     const std::string& DisplayName() const { return name_; }
 
@@ -30,17 +34,20 @@ class FolderItem : public RefCounted {
     // The POSIX path, with no slash at its end, the root aside.
     std::string AbsolutePath() const;
 
+    // The path quoted for /bin/sh, as one word, whatever bytes it has.
+    std::string ShellPath() const;
+
     // The entry of that name in this folder, on disk or not. Nil for an empty name, ".", "..", and a name
     // that holds "/".
     Ref<FolderItem> Child(const std::string& name);
 
-    // Whether something is there; a link that leads nowhere is not.
+    // Whether something is there; a link that leads nowhere is not, unless it came from TrueItem.
     bool Exists() const;
 
     // Whether a listing had the item as a regular file, which is known without asking the disk again.
     bool ListedAsRegular() const { return listed_as_regular_; }
 
-    // Whether a folder is there, or a link to one.
+    // Whether a folder is there. A link to one is none, so nothing that empties a folder reaches elsewhere.
     bool Directory() const;
 
     // Whether the item is visible to the user, as the desktops' file managers have it; that of an item from a
@@ -54,6 +61,17 @@ class FolderItem : public RefCounted {
     // The entry at a place of the last snapshot, from 1, in natural order; takes one if there is none yet.
     // Nil outside of it.
     Ref<FolderItem> Item(std::int32_t index);
+
+    // The same, but the item stands for the entry itself and not for what it leads to if it is a link.
+    Ref<FolderItem> TrueItem(std::int32_t index);
+
+    // Moves the item, with all that it holds, to where the target says, from one file system to another too.
+    // Nothing happens if something is there already, even a folder, or if it can't be done. This object and
+    // the target keep their paths. REQUIRES: target is not nil (NilObjectException).
+    void MoveFileTo(const Ref<FolderItem>& target) const;
+
+    // Deletes the file, the link itself or the empty folder. What can't be deleted stays.
+    void Delete() const;
 
     // Creates the file, emptying one that exists, and opens it for writing; nil if that can't be done.
     // The name of a file type has no effect: the program declares none.
@@ -79,6 +97,7 @@ class FolderItem : public RefCounted {
     std::string name_;
     bool listed_as_regular_ = false;
     std::optional<bool> listed_visible_;
+    bool is_entry_itself_ = false;
     std::vector<ListedEntry> listing_;
     bool listed_ = false;
 };
@@ -88,8 +107,11 @@ class FolderItem : public RefCounted {
 // the folder that would hold it must: otherwise, and for a path that no file can have, the result is nil.
 Ref<FolderItem> GetFolderItem(const std::string& path);
 
-// The application as a whole: the bundle folder Name.app when the executable lies in its Contents/MacOS,
-// else the executable itself.
+// The running executable.
+Ref<FolderItem> ExecutableItem();
+
+// The application as a whole: the bundle folder, Name.app, when the executable lies in its Contents/MacOS,
+// whatever the case of these two, else the executable itself.
 Ref<FolderItem> ApplicationItem();
 
 }  // namespace varnith

@@ -4,6 +4,7 @@
 #include <string>
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/files/FileSystem.h"
@@ -32,6 +33,18 @@ Ref<FolderItem> PreferencesFolder() {
     const std::string path = configured.empty() ? HomeFolder() + "/.config" : configured;
     FileSystem::Current().MakeFolders(path);
     return FolderItem::FromPath(path);
+}
+
+Ref<FolderItem> TemporaryFolder() {
+    const FileSystem& disk = FileSystem::Current();
+    const std::string configured = PathFromEnvironment("TMPDIR");
+    const std::string path =
+        (configured.empty() ? "/tmp" : configured) + "/varnith-" + std::to_string(geteuid());
+    disk.MakeFolder(path);
+    const auto status = disk.EntryStatus(path);
+    const bool is_own = status && status->kind == FileKind::Directory && status->owner == geteuid() &&
+                        (status->mode & 0777) == S_IRWXU;
+    return is_own ? FolderItem::FromPath(path) : nullptr;
 }
 
 }  // namespace varnith

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace varnith {
+
+// Moves a file, a link or a folder with all that it holds to another path, where nothing may be yet: a rename
+// or, from one file system to another, a copy with the same bytes and permissions that first grows under
+// another name beside the target. Other users never see or reach a half-made copy. False if it could not be
+// done; then the source is whole and the target is not there.
+bool MoveItem(const std::string& from, const std::string& to);
+
+// Removes a file, a link itself, or a folder with all that it holds, as far as that can be done.
+void RemoveItem(const std::string& path);
+
+}  // namespace varnith

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <stdlib.h>
+
+namespace varnith::test {
+
+// A variable of the environment that has a value of the test's own for as long as this lives.
+class Environment {
+  public:
+    Environment(const char* name, const std::string& value) : name_(name) {
+        if (const char* previous = getenv(name)) previous_ = previous;
+        Set(value);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() {
+        if (previous_)
+            Set(*previous_);
+        else
+            unsetenv(name_);
+    }
+
+    void Set(const std::string& value) const { setenv(name_, value.c_str(), 1); }
+
+  private:
+    const char* name_;
+    std::optional<std::string> previous_;
+};
+
+}  // namespace varnith::test
