@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -31,6 +32,8 @@ class TestDesktop : public Desktop {
 
     int dialogs = 0;
     std::vector<std::string> messages;
+    int beeps = 0;
+    std::vector<std::int64_t> brought_to_front;  // the processes
     std::vector<std::string> urls;
     std::vector<std::string> opened;
     std::optional<int> quit_status;
@@ -59,6 +62,8 @@ class TestDesktop : public Desktop {
         if (open) open(path);
     }
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
+    void Beep() override { ++beeps; }
+    void BringToFront(std::int64_t process) override { brought_to_front.push_back(process); }
     void OpenURL(const std::string& url) override { urls.push_back(url); }
     bool IsCommandKeyDown() const override { return command_key; }
     bool IsControlKeyDown() const override { return control_key; }

@@ -12,6 +12,7 @@
 #include "platform/base/Guard.h"
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
+#include "platform/qt/OtherWindows.h"
 #include "platform/qt/QtWindow.h"
 #include "platform/qt/ReadableStyle.h"
 #include "platform/qt/SaveDialog.h"
@@ -117,8 +118,16 @@ void QtDesktop::ShowMessage(const std::string& text) {
     box.exec();
 }
 
+void QtDesktop::Beep() {
+    QApplication::beep();
+}
+
 void QtDesktop::OpenURL(const std::string& url) {
     QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
+}
+
+void QtDesktop::BringToFront(std::int64_t process) {
+    RaiseWindowsOf(process);
 }
 
 bool QtDesktop::IsCommandKeyDown() const {

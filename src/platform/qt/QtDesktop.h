@@ -33,7 +33,9 @@ class QtDesktop : public Desktop {
     std::optional<std::size_t> ChooseFromMenu(const std::vector<std::string>& entries) override;
     bool IsContextualPress() const override;
     void OpenDocument(const std::string& path, bool to_front) override;
+    void Beep() override;
     void OpenURL(const std::string& url) override;
+    void BringToFront(std::int64_t process) override;
     bool IsCommandKeyDown() const override;
     bool IsControlKeyDown() const override;
 

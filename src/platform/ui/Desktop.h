@@ -74,8 +74,15 @@ class Desktop {
     // Shows a message with one button and waits for the user in an event loop of its own.
     virtual void ShowMessage(const std::string& /*text*/) {}
 
+    // Sounds the system's signal.
+    virtual void Beep() {}
+
     // Opens an address in the user's browser.
     virtual void OpenURL(const std::string& /*url*/) {}
+
+    // Shows the windows of another process in front of all others, as far as the desktop lets one program
+    // do that for another.
+    virtual void BringToFront(std::int64_t /*process*/) {}
 
     // Whether the key is held down at this moment.
     virtual bool IsCommandKeyDown() const { return false; }

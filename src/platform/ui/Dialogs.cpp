@@ -18,6 +18,10 @@ void MsgBox(const std::string& text) {
     Desktop::Current().ShowMessage(text);
 }
 
+void Beep() {
+    Desktop::Current().Beep();
+}
+
 void ShowURL(const std::string& url) {
     Desktop::Current().OpenURL(url);
 }

@@ -17,6 +17,9 @@ Ref<FolderItem> GetSaveFolderItem(const std::string& file_type, const std::strin
 // Shows a message with one button and waits for it.
 void MsgBox(const std::string& text);
 
+// Sounds the system's signal.
+void Beep();
+
 // Opens an address in the user's browser.
 void ShowURL(const std::string& url);
 

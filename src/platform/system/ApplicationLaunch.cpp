@@ -1,0 +1,46 @@
+#include "platform/system/ApplicationLaunch.h"
+
+#include <map>
+#include <string>
+
+#include <sys/types.h>
+
+#include "platform/files/FileSystem.h"
+#include "platform/system/ChildProcess.h"
+#include "platform/ui/Desktop.h"
+
+namespace varnith {
+
+namespace {
+
+bool IsExecutable(const std::string& path) {
+    const auto status = FileSystem::Current().Status(path);
+    return status && status->kind == FileKind::Regular && (status->mode & 0111) != 0;
+}
+
+// The path of the program that an application runs; empty if there is none. A bundle has one program, and
+// the bundle's name, which the user may change, says nothing of its name.
+std::string ProgramOf(const Ref<FolderItem>& application) {
+    const std::string path = application->AbsolutePath();
+    if (!application->Directory()) return IsExecutable(path) ? path : "";
+    for (const ListedEntry& entry : ListFolder(path + "/Contents/MacOS")) {
+        const std::string program = path + "/Contents/MacOS/" + entry.name;
+        if (IsExecutable(program)) return program;
+    }
+    return {};
+}
+
+}  // namespace
+
+void LaunchApplication(const Ref<FolderItem>& application, bool to_front) {
+    static std::map<std::string, pid_t> launched;
+    pid_t& process = launched[application->AbsolutePath()];
+    if (process != 0 && IsRunning(process)) {
+        if (to_front) Desktop::Current().BringToFront(process);
+        return;
+    }
+    const std::string program = ProgramOf(application);
+    process = program.empty() ? 0 : StartProcess({program});
+}
+
+}  // namespace varnith

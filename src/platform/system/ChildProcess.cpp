@@ -1,0 +1,65 @@
+#include "platform/system/ChildProcess.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace varnith {
+
+namespace {
+
+// What is to be different in the new process.
+class Changes {
+  public:
+    Changes(const FileHandle& output, const FileHandle& errors) {
+        posix_spawn_file_actions_init(&files);
+        posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        if (output) posix_spawn_file_actions_adddup2(&files, output.Descriptor(), STDOUT_FILENO);
+        if (errors) posix_spawn_file_actions_adddup2(&files, errors.Descriptor(), STDERR_FILENO);
+        posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+
+        posix_spawnattr_init(&attributes);
+        sigset_t signals;
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&attributes, &signals);
+        sigaddset(&signals, SIGPIPE);
+        posix_spawnattr_setsigdefault(&attributes, &signals);
+        posix_spawnattr_setflags(&attributes,
+                                 POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+    Changes(const Changes&) = delete;
+    Changes& operator=(const Changes&) = delete;
+    ~Changes() {
+        posix_spawn_file_actions_destroy(&files);
+        posix_spawnattr_destroy(&attributes);
+    }
+
+    posix_spawn_file_actions_t files;
+    posix_spawnattr_t attributes;
+};
+
+}  // namespace
+
+pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output, const FileHandle& errors) {
+    const Changes changes(output, errors);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    pid_t process = 0;
+    const int failure = posix_spawn(&process, pointers.front(), &changes.files, &changes.attributes,
+                                    pointers.data(), environ);
+    return failure == 0 ? process : 0;
+}
+
+void WaitForEnd(pid_t process) {
+    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) continue;
+}
+
+bool IsRunning(pid_t process) {
+    return waitpid(process, nullptr, WNOHANG) == 0;
+}
+
+}  // namespace varnith

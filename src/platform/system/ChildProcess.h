@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "platform/files/FileSystem.h"
+
+namespace varnith {
+
+// Starts a program as a process of its own: in a session of its own, so that it outlives this one and its
+// terminal, with no input and none of this program's open files. What it writes goes to the two given files,
+// or where this program's own output goes if they are empty. The arguments begin with the program's absolute
+// path. Returns the process id, or 0 if the program could not be started.
+pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output = {},
+                   const FileHandle& errors = {});
+
+// Waits for the end of a process that was started so. REQUIRES: it has not been seen to end.
+void WaitForEnd(pid_t process);
+
+// Whether it still runs. REQUIRES: it has not been seen to end, since then its number may be another's.
+bool IsRunning(pid_t process);
+
+}  // namespace varnith
