@@ -12,6 +12,7 @@
 
 #include "platform/qt/Decode.h"
 #include "platform/qt/ListboxView.h"
+#include "platform/qt/ProgressBarView.h"
 #include "platform/ui/CheckBox.h"
 #include "platform/ui/EditField.h"
 #include "platform/ui/Listbox.h"
@@ -36,7 +37,8 @@ class StaticTextView : public ControlView {
         const Qt::Alignment aligned = text_.TextAlign() == TextAlign::Right    ? Qt::AlignRight
                                       : text_.TextAlign() == TextAlign::Centre ? Qt::AlignHCenter
                                                                                : Qt::AlignLeft;
-        label_.setAlignment(aligned | Qt::AlignVCenter);
+        label_.setWordWrap(text_.MultiLine());
+        label_.setAlignment(aligned | (text_.MultiLine() ? Qt::AlignTop : Qt::AlignVCenter));
         label_.setText(Decoded(text_.Text()));
     }
 
@@ -156,6 +158,7 @@ void ControlView::Update() {
     widget_.setEnabled(control_.Enabled());
     QFont font = QGuiApplication::font();
     if (control_.TextSize() > 0) font.setPixelSize(control_.TextSize());
+    font.setBold(control_.Bold());
     if (widget_.font() != font) widget_.setFont(font);
 }
 
@@ -169,6 +172,9 @@ std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameCl
     if (auto view = MakeIf<PushButtonView, QPushButton>(dynamic_cast<PushButton*>(&control), parent, clock))
         return view;
     if (auto view = MakeIf<PopupMenuView, QComboBox>(dynamic_cast<PopupMenu*>(&control), parent, clock))
+        return view;
+    if (auto view =
+            MakeIf<ProgressBarView, QProgressBar>(dynamic_cast<ProgressBar*>(&control), parent, clock))
         return view;
     return MakeIf<ListboxView, ListboxWidget>(dynamic_cast<Listbox*>(&control), parent, clock);
 }

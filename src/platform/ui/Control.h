@@ -54,6 +54,9 @@ class Control : public Observed {
     void SetTextSize(std::int32_t size) { Set(text_size_, size); }
     std::int32_t TextSize() const { return text_size_; }
 
+    void SetBold(bool bold) { Set(bold_, bold); }
+    bool Bold() const { return bold_; }
+
     void SetEnabled(bool enabled) { Set(enabled_, enabled); }
     bool Enabled() const { return enabled_; }
 
@@ -83,6 +86,7 @@ class Control : public Observed {
     Locks locks_;
     std::int32_t tab_index_ = 0;
     std::int32_t text_size_ = 0;
+    bool bold_ = false;
     bool enabled_ = true;
 };
 
