@@ -10,6 +10,8 @@ struct BuildSettings {
     static const int MajorVersion;
     static const int MinorVersion;
     static const int BugVersion;
+    // The host that is asked for newer versions.
+    static const std::string UpdateServer;
     // The host of the product's web site, with its www.
     static const std::string WebServer;
 };

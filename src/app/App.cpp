@@ -6,6 +6,7 @@
 #include "platform/files/FolderItem.h"
 #include "platform/files/SpecialFolders.h"
 #include "settings/Prefs.h"
+#include "update/UpdateUtilities.h"
 
 namespace varnith {
 
@@ -39,7 +40,9 @@ App& App::Instance() {
 
 void App::Event_Open() {
     MakeResultsDatabaseIfMissing();
+    UpdateUtilities::Cleanup();
     Prefs::file = PreferencesFolder()->Child("varnth");
+    UpdateUtilities::Check(false);
 }
 
 bool App::Event_UnhandledException(const std::exception& error) {

@@ -16,8 +16,8 @@ class App : public Application {
     static App& Instance();
 
     // Fired once, when the run loop starts. Makes the results database beside the application if it is
-    // missing; an existing file is taken as it stands. Then tells the settings where their file is. Failure
-    // is silent.
+    // missing; an existing file is taken as it stands. Removes what the last update has left behind, tells
+    // the settings where their file is, and asks for a newer version. Failure is silent.
     void Event_Open() override;
 
     // True for the failures that end nothing but the handler or thread in which they arose.

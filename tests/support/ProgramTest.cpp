@@ -4,10 +4,10 @@
 #include <memory>
 
 #include <sqlite3.h>
-#include <stdlib.h>
 
 #include "app/Start.h"
 #include "platform/threads/Scheduler.h"
+#include "settings/Prefs.h"
 
 namespace varnith::test {
 
@@ -29,8 +29,6 @@ void RunThreads() {
 ProgramTest::ProgramTest() {
     disk.executable = application / "Varnith";
     disk.elsewhere["/etc/os-release"] = application.File("os-release", "NAME=Testix\n");
-    // The user's own settings are left alone.
-    setenv("XDG_CONFIG_HOME", preferences.Path().c_str(), 1);
     Scheduler::Current().SetSlice(std::chrono::milliseconds(0));
 }
 
@@ -38,6 +36,8 @@ ProgramTest::~ProgramTest() = default;
 
 int ProgramTest::Start(const std::function<void()>& user) {
     desktop.user = user;
+    // A program that starts has its settings still to open.
+    Prefs::db = nullptr;
     return _Main();
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "app/MainWindow.h"
+#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDesktop.h"
 #include "support/TestFileSystem.h"
@@ -22,8 +23,8 @@ using Lines = std::vector<std::string>;
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
 
-// The whole program without a display, with an application and a preferences folder of its own, on a system
-// named Testix.
+// The whole program without a display, in an application folder of its own and on a system named Testix. The
+// user's own settings and temporary files are left alone.
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest();
@@ -52,11 +53,15 @@ class ProgramTest : public testing::Test {
 
     TemporaryFolder application;
     TemporaryFolder documents;
-    TemporaryFolder preferences;
+    // Where settings and temporary files go.
+    TemporaryFolder home;
     TestDesktop desktop;
     TestFileSystem disk;
 
   private:
+    Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};
+    Environment temporary_folder_{"TMPDIR", home.Path()};
+
     std::string FromDocuments(const std::string& path) const;
 
     Desktop::InForce desktop_in_force_{desktop};

@@ -1,0 +1,90 @@
+#include "update/AutoUpdateWindow.h"
+
+#include "platform/base/Text.h"
+#include "platform/files/SpecialFolders.h"
+#include "platform/ui/Dialogs.h"
+#include "update/UpdateUtilities.h"
+
+namespace varnith {
+
+namespace {
+constexpr std::int32_t SystemTextSize = 13;
+}
+
+AutoUpdateWindow::AutoUpdateWindow() {
+    Layout();
+    CreateControls();
+    CreateDownloader();
+}
+
+void AutoUpdateWindow::Layout() {
+    SetTitle("Software Update");
+    SetDesignSize(408, 172);
+    SetStyle({.Frame = FrameKind::MovableModal,
+              .Placement = PlacementKind::ParentScreen,
+              .Resizeable = false,
+              .CloseButton = false,
+              .MaximizeButton = false,
+              .MinimizeButton = false});
+}
+
+void AutoUpdateWindow::CreateControls() {
+    AddControl(MessageDisplay, {8, 8, 392, 20}, {}, 0);
+    MessageDisplay.SetText("Update Available!");
+    MessageDisplay.SetTextSize(SystemTextSize);
+    MessageDisplay.SetBold(true);
+
+    AddControl(DetailDisplay, {8, 34, 392, 61}, {}, 1);
+    DetailDisplay.SetText("<details>");
+    DetailDisplay.SetTextSize(SystemTextSize);
+    DetailDisplay.SetMultiLine(true);
+
+    AddControl(ProgressBar1, {9, 107, 391, 20}, {}, 2);
+    ProgressBar1.SetMaximum(100);
+    ProgressBar1.SetValue(0);
+
+    AddControl(ActionBtn, {171, 138, 80, 20}, {}, 3);
+    ActionBtn.SetCaption("Update");
+    ActionBtn.SetDefault(true);
+    ActionBtn.Action = [this] { ActionBtn_Action(); };
+}
+
+void AutoUpdateWindow::CreateDownloader() {
+    Downloader = MakeRef<HTTPSocket>();
+    Downloader->ReceiveProgress = [this](std::int32_t received, std::int32_t total, const std::string& data) {
+        Downloader_ReceiveProgress(received, total, data);
+    };
+    Downloader->DownloadComplete = [this](const std::string& url, std::int32_t status,
+                                          const Ref<InternetHeaders>& headers, const Ref<FolderItem>& file) {
+        Downloader_DownloadComplete(url, status, headers, file);
+    };
+}
+
+void AutoUpdateWindow::Init(const std::string& url) {
+    downloadURL = url;
+    // Two blanks, and no name where one is expected: users and support know the sentence so.
+    DetailDisplay.SetText(
+        "There is a newer version of available for download.  Press the Update button to begin.");
+    ActionBtn.SetCaption("Update");
+}
+
+void AutoUpdateWindow::ActionBtn_Action() {
+    const std::string name = NthField(downloadURL, "/", CountFields(downloadURL, "/"));
+    Downloader->Get(downloadURL, TemporaryFolder()->Child(name));
+}
+
+void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
+                                                  const std::string& /*data*/) {
+    // A server that names no length leaves the bar empty.
+    ProgressBar1.SetValue(total == 0 ? 0 : WholeNumber(static_cast<double>(received) / total * 100));
+}
+
+void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, std::int32_t /*status*/,
+                                                   const Ref<InternetHeaders>& /*headers*/,
+                                                   const Ref<FolderItem>& file) {
+    if (UpdateUtilities::SwapFiles(file)) return;
+    Beep();
+    MsgBox("Error installing updated application.");
+}
+
+}  // namespace varnith
