@@ -8,6 +8,11 @@
 open_main_window() {
     HOME=$2 start_program "$1"
     program_pid=$started_pid
+    wait_for_main_window
+}
+
+# Waits for the window of a program that has been started in some way. Sets main_window.
+wait_for_main_window() {
     wait_for_window '^Varnith - '
     main_window=$found_window
     wait_until is_active "$main_window"

@@ -24,14 +24,15 @@ start_program() {
 }
 
 # Starts a screen of a size in pixels, such as 1280x1024, and makes it the one in use. The programs on it find
-# an empty home, so no setting of the user has a say in what they do.
+# an empty home and temporary folder, so no setting of the user has a say in what they do.
 start_screen() {
     screen_folder=$(mktemp -d "${TMPDIR:-/tmp}/varnith-screen-XXXXXX")
     trap stop_screen EXIT
     unset WAYLAND_DISPLAY XDG_CURRENT_DESKTOP XDG_SESSION_TYPE DBUS_SESSION_BUS_ADDRESS "${!QT_@}" "${!GTK_@}"
     export HOME=$screen_folder/home LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$screen_folder/runtime
     export XDG_CONFIG_HOME=$HOME/.config XDG_CACHE_HOME=$HOME/.cache XDG_DATA_HOME=$HOME/.local/share
-    mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR"
+    export TMPDIR=$screen_folder/temporary
+    mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR" "$TMPDIR"
 
     # The server takes the first number that is free and says which, so that many can start at once.
     local numbers number
