@@ -82,6 +82,7 @@ void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::in
 void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, std::int32_t /*status*/,
                                                    const Ref<InternetHeaders>& /*headers*/,
                                                    const Ref<FolderItem>& file) {
+    // Whatever the status says: what came is an archive that can be unpacked, or it isn't.
     if (UpdateUtilities::SwapFiles(file)) return;
     Beep();
     MsgBox("Error installing updated application.");

@@ -31,9 +31,11 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
     if (!download || !download->Exists()) return false;
     const auto application = GetExecutableFile();
     const std::string name = application->Name();
-    // Nothing is to be unpacked where the application lies.
+    const auto temporary_folder = TemporaryFolder();
+    // Nothing is to be unpacked where the application lies, unless that is the temporary folder itself. Some
+    // disks spell a path in more than one way.
     if (SameText(download->Parent()->ShellPath(), application->Parent()->ShellPath())) {
-        const auto elsewhere = TemporaryFolder()->Child(download->Name());
+        const auto elsewhere = temporary_folder->Child(download->Name());
         download->MoveFileTo(elsewhere);
         download = elsewhere;
     }
@@ -43,7 +45,7 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
     // From here on nothing is tested and nothing rolled back: each step is tried, and the program quits.
     const auto new_application = GetFolderItem("")->Child("n-" + name);
     extracted->MoveFileTo(new_application);
-    application->MoveFileTo(TemporaryFolder()->Child("o-" + name));
+    application->MoveFileTo(temporary_folder->Child("o-" + name));
     new_application->SetName(name);
     LaunchTenTimes(new_application);
     Quit(0);
@@ -52,7 +54,11 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
 
 Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download) {
     const std::string& name = download->Name();
-    if (InStr(name, ".tar") == 0) return download;
+    if (InStr(name, ".tar") == 0) {
+        // The application itself. The server has sent its bytes and not its mode.
+        download->SetPermissions(0755);
+        return download;
+    }
     const auto folder = download->Parent();
     Shell shell;
     shell.Execute((InStr(name, ".gz") > 0 ? "tar -xzvf " : "tar -xvf ") + download->ShellPath() + " -C " +

@@ -26,6 +26,7 @@ class FailingDisk : public TestFileSystem {
         return Fails() ? FileSystem::Write(file, bytes.substr(0, 1)) && false
                        : FileSystem::Write(file, bytes);
     }
+    bool Sync(const FileHandle& file) const override { return !Fails() && FileSystem::Sync(file); }
     bool MakeFolder(const std::string& path) const override {
         return !Fails() && FileSystem::MakeFolder(path);
     }
@@ -53,7 +54,8 @@ class MovingTest : public testing::TestWithParam<const char*> {
     MovingTest() {
         fs::permissions(here.File("bundle/Contents/Program", "#!/bin/sh\n"), fs::perms(0755));
         here.File("bundle/it's \"here\"\n\xFF", std::string(700'000, 'x'));
-        fs::permissions(here.Folder("bundle/closed"), fs::perms(0555));
+        here.File("bundle/closed/file");
+        fs::permissions(here / "bundle/closed", fs::perms(0555));
         fs::create_symlink("Contents", here / "bundle/link");
         fs::create_symlink("/nowhere", here / "bundle/link to nothing");
     }

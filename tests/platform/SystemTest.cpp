@@ -69,12 +69,12 @@ TEST(TemporaryFolderTest, IsTheUsersAlone) {
 
     EXPECT_EQ(varnith::TemporaryFolder()->AbsolutePath(), place);
     EXPECT_EQ(TreeOf(parent.Path()).at(name), "700/");
-    for (const unsigned mode : {0777u, 0701u, 0710u, 0740u}) {
+    for (const auto& [mode, taken] :
+         {std::pair(0777u, false), {0720u, false}, {0702u, false}, {0755u, true}}) {
         fs::permissions(place, fs::perms(mode));
-        EXPECT_FALSE(is_taken()) << std::oct << mode;
+        EXPECT_EQ(is_taken(), taken) << std::oct << mode;
     }
-    fs::permissions(place, fs::perms::owner_all);
-    EXPECT_TRUE(is_taken());
+    EXPECT_EQ(TreeOf(parent.Path()).at(name), "700/");
     const OthersDisk disk;
     const FileSystem::Replacement in_force(disk);
     EXPECT_FALSE(is_taken()) << "someone else's";
@@ -89,7 +89,7 @@ class LaunchTest : public testing::Test {
     // A program that reads its input, notes down its process, and waits to be ended.
     void Program(const std::string& name) const {
         const std::string path =
-            folder.File(name, "#!/bin/sh\ncat\necho $$ >>'" + folder.Path() + "/started'\nexec sleep 600\n");
+            folder.File(name, "#!/bin/sh\ncat\necho $$ >>'" + folder.Path() + "/started'\nexec tail -f /dev/null\n");
         fs::permissions(path, fs::perms(0755));
     }
     // The processes, once there are so many.

@@ -91,7 +91,7 @@ TEST_F(CheckTest, WhatNamesNoNewerVersionEndsWithoutAWord) {
           Page("download-mac=http://127.0.0.1/new.tar.gz\n"), Page("version=1.0.0\n")})
         StartAndCheck(page, [&] { EXPECT_FALSE(Offer()) << page; });
     Start([&] {
-        UpdateUtilities::checker->CheckNow("http://127.0.0.1:0/nobody.can.be.here");
+        UpdateUtilities::checker->CheckNow("http://127.0.0.1:70000/nobody.can.be.here");
         PumpUntil([&] { return UpdateUtilities::checker->ErrorCode() != 0; });
         EXPECT_FALSE(Offer());
     });
@@ -100,7 +100,7 @@ TEST_F(CheckTest, WhatNamesNoNewerVersionEndsWithoutAWord) {
 }
 
 TEST_F(CheckTest, AnAnswerThatNamesOneLeadsToAnOffer) {
-    const std::string url = "http://127.0.0.1:0/New.tar.gz?a=b";
+    const std::string url = "http://127.0.0.1:70000/New.tar.gz?a=b";
     const std::pair<std::string, std::string> cases[] = {
         {Page("version=1.0.1\r\ndownload-mac=" + url + "\r\nbuild-date=2008-06-24"), url},
         {Page("sorry\nbuild-date=soon\nversion=1.0.1\ndownload-mac=" + url, "500 Internal Server Error"),

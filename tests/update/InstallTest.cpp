@@ -68,6 +68,8 @@ const std::string NewBeside = "new n-Varnith.app/Contents/MacOS/Varnith";
 
 const Case Cases[] = {
     {"bundle", "a.tar.gz", Pack, "quit 0", "Varnith.app=new", "o-Varnith.app=old", New},
+    {"opens_the_folder", "a.tar.gz", "chmod 755 . && " + Pack + " --no-recursion ./", "quit 0",
+     "Varnith.app=new", "o-Varnith.app=old", New},
     {"nothing", "a.tar.gz", "touch archive", Refused, "Varnith.app=old", "a.tar.gz", ""},
     {"page", "a.tar.gz", "echo '<p>' >archive", Refused, "Varnith.app=old", "a.tar.gz", ""},
     {"early_end", "a.tar.gz", Pack + " && truncate -s 60 archive", Refused, "Varnith.app=old", "a.tar.gz",
@@ -156,6 +158,7 @@ TEST_F(InstallTest, AnExecutableOutsideOfABundleIsTheApplication) {
     EXPECT_EQ(Update("Varnith", "HTTP/1.1 200 OK\r\n\r\n" + Program("new")), "quit 0");
     EXPECT_EQ(BytesOf(disk.executable), Program("new"));
     EXPECT_EQ(Holds(temporary), "o-My \"count'er\"");
+    EXPECT_NE(Launched(true), "");
 }
 
 TEST_F(InstallTest, WithoutATemporaryFolderNothingIsDownloaded) {

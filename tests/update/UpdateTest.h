@@ -90,7 +90,7 @@ class UpdateTest : public ProgramTest {
     // The script that notes down a word when it is started, and waits to be ended.
     std::string Program(const std::string& word) const {
         return "#!/bin/sh\necho $$ >>'" + home.Path() + "/processes'\necho \"" + word + " ${0#" +
-               application.Path() + "/}\" >>'" + home.Path() + "/launched'\nexec sleep 600\n";
+               application.Path() + "/}\" >>'" + home.Path() + "/launched'\nexec tail -f /dev/null\n";
     }
     // What was noted down, "word path" below the application folder, once there is something if there has to
     // be.

@@ -20,7 +20,7 @@ TEST_F(WindowTest, MakesAnOfferThatAnswersReturnAndCannotBeClosed) {
         Frame();
         const auto window = AutoUpdateWindow::Instance();
         // Nobody can be at this address.
-        window->Init("http://127.0.0.1:0/New.tar.gz");
+        window->Init("http://127.0.0.1:70000/New.tar.gz");
         QMainWindow& offer = Titled("Software Update");
         const auto& bar = *offer.findChild<QProgressBar*>();
         const auto labels = offer.findChildren<QLabel*>();

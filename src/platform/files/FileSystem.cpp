@@ -175,6 +175,10 @@ bool FileSystem::Write(const FileHandle& file, std::string_view bytes) const {
     return true;
 }
 
+bool FileSystem::Sync(const FileHandle& file) const {
+    return fsync(file.Descriptor()) == 0;
+}
+
 void FileSystem::MakeFolders(const std::string& path) const {
     for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
         mkdir(path.substr(0, end).c_str(), S_IRWXU);

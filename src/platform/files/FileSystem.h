@@ -81,6 +81,9 @@ class FileSystem {
     // Writes the bytes where the write before it ended. False if they could not all be written.
     virtual bool Write(const FileHandle& file, std::string_view bytes) const;
 
+    // Waits until the disk has what was written. False if it could not take all of it: some tell so only now.
+    virtual bool Sync(const FileHandle& file) const;
+
     // Makes a folder, for the user alone, and those above it, as far as they are missing.
     virtual void MakeFolders(const std::string& path) const;
 

@@ -110,6 +110,10 @@ void FolderItem::MoveFileTo(const Ref<FolderItem>& target) const {
     MoveItem(AbsolutePath(), target->AbsolutePath());
 }
 
+void FolderItem::SetPermissions(std::uint32_t mode) const {
+    FileSystem::Current().SetMode(AbsolutePath(), mode);
+}
+
 void FolderItem::Delete() const {
     FileSystem::Current().Remove(AbsolutePath());
 }

@@ -70,6 +70,9 @@ class FolderItem : public RefCounted {
     // the target keep their paths. REQUIRES: target is not nil (NilObjectException).
     void MoveFileTo(const Ref<FolderItem>& target) const;
 
+    // Sets the permission bits, such as 0755. Without effect where that is not allowed.
+    void SetPermissions(std::uint32_t mode) const;
+
     // Deletes the file, the link itself or the empty folder. What can't be deleted stays.
     void Delete() const;
 

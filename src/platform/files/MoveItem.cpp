@@ -29,7 +29,7 @@ bool CopyBytes(const std::string& from, const std::string& to) {
         if (!disk.Write(target, std::string_view(piece).substr(0, count))) return false;
         copied += static_cast<std::int64_t>(count);
     }
-    return copied == status->size;
+    return copied == status->size && disk.Sync(target);
 }
 
 bool Copy(const std::string& from, const std::string& to);
@@ -92,8 +92,10 @@ bool MoveItem(const std::string& from, const std::string& to) {
 void RemoveItem(const std::string& path) {
     const FileSystem& disk = FileSystem::Current();
     const auto status = disk.EntryStatus(path);
-    if (status && status->kind == FileKind::Directory)
+    if (status && status->kind == FileKind::Directory) {
+        disk.SetMode(path, status->mode | 0700);
         for (const DirectoryEntry& entry : disk.Entries(path)) RemoveItem(path + "/" + entry.name);
+    }
     disk.Remove(path);
 }
 

@@ -6,7 +6,7 @@ namespace varnith {
 
 // Moves a file, a link or a folder with all that it holds to another path, where nothing may be yet: a rename
 // or, from one file system to another, a copy with the same bytes and permissions that first grows under
-// another name beside the target. Other users never see or reach a half-made copy. False if it could not be
+// another name beside the target. Nobody finds a half-made copy in its place. False if it could not be
 // done; then the source is whole and the target is not there.
 bool MoveItem(const std::string& from, const std::string& to);
 

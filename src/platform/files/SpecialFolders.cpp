@@ -43,8 +43,9 @@ Ref<FolderItem> TemporaryFolder() {
     disk.MakeFolder(path);
     const auto status = disk.EntryStatus(path);
     const bool is_own = status && status->kind == FileKind::Directory && status->owner == geteuid() &&
-                        (status->mode & 0777) == S_IRWXU;
-    return is_own ? FolderItem::FromPath(path) : nullptr;
+                        (status->mode & (S_IWGRP | S_IWOTH)) == 0;
+    // An archive that was unpacked here may have opened it to readers.
+    return is_own && disk.SetMode(path, S_IRWXU) ? FolderItem::FromPath(path) : nullptr;
 }
 
 }  // namespace varnith

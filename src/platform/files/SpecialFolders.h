@@ -12,8 +12,9 @@ Ref<FolderItem> PreferencesFolder();
 
 // The program's folder for temporary files, a folder of the user's own below $TMPDIR if that is an absolute
 // path, else below /tmp, where everybody may write. It has the same name at every start, and is made with
-// mode 0700 if it is missing. Nil if what is there is a link, belongs to someone else or lets others in:
-// programs are unpacked and run from here, so nobody else may have a say in what it holds.
+// mode 0700 if it is missing. Nil if what is there is a link, belongs to someone else or lets others write:
+// programs are unpacked and run from here, so nobody else may have a say in what it holds. One that others
+// can only read is closed to them.
 Ref<FolderItem> TemporaryFolder();
 
 }  // namespace varnith
