@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,6 +30,7 @@ class TestDesktop : public Desktop {
     bool command_key = false;
     bool control_key = false;
     Size screen{1024, 768};
+    std::string clipboard;
 
     int dialogs = 0;
     std::vector<std::string> messages;
@@ -37,12 +39,30 @@ class TestDesktop : public Desktop {
     std::vector<std::string> urls;
     std::vector<std::string> opened;
     std::optional<int> quit_status;
+    // What each timer that runs fires, and every how many milliseconds.
+    struct RunningTimer : TimerView {
+        std::int32_t period;
+        std::function<void()> fire;
+        std::vector<RunningTimer*>& all;
+
+        RunningTimer(std::int32_t its_period, std::function<void()> its_fire,
+                     std::vector<RunningTimer*>& them)
+            : period(its_period), fire(std::move(its_fire)), all(them) {
+            all.push_back(this);
+        }
+        ~RunningTimer() override { std::erase(all, this); }
+    };
+    std::vector<RunningTimer*> timers;
 
     int RunEventLoop() override {
         user();
         return 0;
     }
     void Quit(int status) override { quit_status = status; }
+    std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override {
+        return std::make_unique<RunningTimer>(period, std::move(fire), timers);
+    }
+    std::string ClipboardText() const override { return clipboard; }
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;

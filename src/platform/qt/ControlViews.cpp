@@ -3,16 +3,20 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <limits>
 #include <utility>
 
+#include "platform/qt/CanvasView.h"
 #include "platform/qt/Decode.h"
+#include "platform/qt/LabelWidget.h"
 #include "platform/qt/ListboxView.h"
 #include "platform/qt/ProgressBarView.h"
+#include "platform/qt/TextAreaView.h"
+#include "platform/qt/TextColours.h"
 #include "platform/ui/CheckBox.h"
 #include "platform/ui/EditField.h"
 #include "platform/ui/Listbox.h"
@@ -26,9 +30,10 @@ namespace {
 
 class StaticTextView : public ControlView {
   public:
-    StaticTextView(StaticText& text, QLabel& label, FrameClock& clock)
+    StaticTextView(StaticText& text, LabelWidget& label, FrameClock& clock)
         : ControlView(text, label, clock), text_(text), label_(label) {
-        label.setTextFormat(Qt::PlainText);
+        if (text.MouseDown)
+            label.SetOnPress([&text](const QPoint& place) { text.PressMouse(place.x(), place.y()); });
         Update();
     }
 
@@ -39,22 +44,21 @@ class StaticTextView : public ControlView {
                                                                                : Qt::AlignLeft;
         label_.setWordWrap(text_.MultiLine());
         label_.setAlignment(aligned | (text_.MultiLine() ? Qt::AlignTop : Qt::AlignVCenter));
+        SetTextColour(label_, QColor::fromRgb(text_.TextColor()));
         label_.setText(Decoded(text_.Text()));
     }
 
   private:
     StaticText& text_;
-    QLabel& label_;
+    LabelWidget& label_;
 };
 
 class EditFieldView : public ControlView {
   public:
     EditFieldView(EditField& field, QLineEdit& edit, FrameClock& clock)
         : ControlView(field, edit, clock), field_(field), edit_(edit) {
-        QPalette colours = edit.palette();
-        colours.setColor(QPalette::Base, Qt::white);
-        colours.setColor(QPalette::Text, Qt::black);
-        edit.setPalette(colours);
+        SetBlackOnWhite(edit);
+        edit.setMaxLength(std::numeric_limits<int>::max());
         QObject::connect(&edit, &QLineEdit::textEdited, Connections(),
                          [&field](const QString& text) { field.SetText(Encoded(text)); });
         Update();
@@ -159,13 +163,19 @@ void ControlView::Update() {
     QFont font = QGuiApplication::font();
     if (control_.TextSize() > 0) font.setPixelSize(control_.TextSize());
     font.setBold(control_.Bold());
+    font.setUnderline(control_.Underline());
     if (widget_.font() != font) widget_.setFont(font);
 }
 
 std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock) {
-    if (auto view = MakeIf<StaticTextView, QLabel>(dynamic_cast<StaticText*>(&control), parent, clock))
+    if (auto view = MakeIf<StaticTextView, LabelWidget>(dynamic_cast<StaticText*>(&control), parent, clock))
         return view;
-    if (auto view = MakeIf<EditFieldView, QLineEdit>(dynamic_cast<EditField*>(&control), parent, clock))
+    auto* field = dynamic_cast<EditField*>(&control);
+    if (auto view = MakeIf<TextAreaView, QPlainTextEdit>(field && field->MultiLine() ? field : nullptr,
+                                                         parent, clock))
+        return view;
+    if (auto view = MakeIf<EditFieldView, QLineEdit>(field, parent, clock)) return view;
+    if (auto view = MakeIf<CanvasView, CanvasWidget>(dynamic_cast<Canvas*>(&control), parent, clock))
         return view;
     if (auto view = MakeIf<CheckBoxView, QCheckBox>(dynamic_cast<CheckBox*>(&control), parent, clock))
         return view;

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <string>
 
 #include "platform/qt/View.h"
 #include "platform/ui/Control.h"
@@ -16,6 +17,9 @@ class ControlView : public View {
 
     QWidget& Widget() const { return widget_; }
     void Update() override;
+
+    // The user presses a key while the widget has the focus. True if the control has taken it.
+    bool PressKey(const std::string& key) { return control_.PressKey(key); }
 
   protected:
     // The object whose end cuts the widget's signals.

@@ -1,5 +1,6 @@
 #include "platform/qt/QtDesktop.h"
 
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -12,7 +13,9 @@
 #include "platform/base/Guard.h"
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
+#include "platform/qt/Decode.h"
 #include "platform/qt/OtherWindows.h"
+#include "platform/qt/PictureRendering.h"
 #include "platform/qt/QtWindow.h"
 #include "platform/qt/ReadableStyle.h"
 #include "platform/qt/SaveDialog.h"
@@ -21,6 +24,28 @@
 #include "platform/ui/Application.h"
 
 namespace varnith {
+
+namespace {
+
+class QtTimer : public TimerView {
+  public:
+    QtTimer(std::int32_t period, std::function<void()> fire) {
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(fire));
+        timer_.start(period);
+    }
+
+  private:
+    QTimer timer_;
+};
+
+// A text that no screen could hold, such as what was pasted into a field, would take minutes to be laid out.
+QString Shortened(const QString& text) {
+    constexpr qsizetype Most = 1000;
+    return text.size() <= Most ? text : text.first(Most / 2) + QStringLiteral(" … ") + text.last(Most / 2);
+}
+
+}  // namespace
 
 QtDesktop::QtDesktop(int& argc, char** argv)
     : application_(argc, argv),
@@ -79,6 +104,17 @@ std::unique_ptr<WindowView> QtDesktop::Show(Window& window) {
     return std::make_unique<QtWindow>(window, *this, clock_);
 }
 
+std::unique_ptr<TimerView> QtDesktop::StartTimer(std::int32_t period, std::function<void()> fire) {
+    return std::make_unique<QtTimer>(period, std::move(fire));
+}
+
+void QtDesktop::SetIcon(const Picture& picture) {
+    QIcon icon;
+    for (const int side : {16, 24, 32, 48, 64, 128, 256})
+        icon.addPixmap(QPixmap::fromImage(Rendered(picture, QSize(side, side))));
+    QApplication::setWindowIcon(icon);
+}
+
 Desktop::Size QtDesktop::ScreenSize(int screen) const {
     const QList<QScreen*> screens = QGuiApplication::screens();
     if (screen < 0 || screen >= screens.size()) return {0, 0};
@@ -114,7 +150,7 @@ void QtDesktop::ShowMessage(const std::string& text) {
     QMessageBox box(QApplication::activeWindow());
     box.setWindowTitle(QApplication::applicationName());
     box.setTextFormat(Qt::PlainText);
-    box.setText(QString::fromStdString(text));
+    box.setText(Shortened(QString::fromStdString(text)));
     box.exec();
 }
 
@@ -128,6 +164,10 @@ void QtDesktop::OpenURL(const std::string& url) {
 
 void QtDesktop::BringToFront(std::int64_t process) {
     RaiseWindowsOf(process);
+}
+
+std::string QtDesktop::ClipboardText() const {
+    return Encoded(QGuiApplication::clipboard()->text());
 }
 
 bool QtDesktop::IsCommandKeyDown() const {

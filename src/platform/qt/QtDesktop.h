@@ -26,6 +26,8 @@ class QtDesktop : public Desktop {
     void DoEvents(std::int32_t milliseconds) override;
     void Quit(int status) override;
     std::unique_ptr<WindowView> Show(Window& window) override;
+    std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override;
+    void SetIcon(const Picture& picture) override;
     Size ScreenSize(int screen) const override;
     std::optional<std::string> ChooseFolder() override;
     void ShowMessage(const std::string& text) override;
@@ -36,6 +38,7 @@ class QtDesktop : public Desktop {
     void Beep() override;
     void OpenURL(const std::string& url) override;
     void BringToFront(std::int64_t process) override;
+    std::string ClipboardText() const override;
     bool IsCommandKeyDown() const override;
     bool IsControlKeyDown() const override;
 

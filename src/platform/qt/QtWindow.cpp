@@ -168,10 +168,26 @@ bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
     const QPointer<QtWindow> self(this);
     {
         const QtDesktop::DeliveredModifiers delivered(desktop_, event.modifiers());
-        if (window_.PressKey(KeyText(event)) || !self) return true;
+        const std::string key = KeyText(event);
+        if (window_.PressKey(key) || !self) return true;
+        ControlView* focused = FocusedView();
+        const bool taken = focused && focused->PressKey(key);
+        if (!self) return true;
+        if (taken) {
+            // The next key may be typed before the next frame.
+            clock_.Flush();
+            return true;
+        }
     }
     const bool is_return = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     return is_return && PressDefaultButton();
+}
+
+ControlView* QtWindow::FocusedView() const {
+    const QWidget* focus = frame_->focusWidget();
+    const auto place = std::find_if(views_.begin(), views_.end(),
+                                    [&](const auto& view) { return &view->Widget() == focus; });
+    return place == views_.end() ? nullptr : place->get();
 }
 
 // Return belongs to the default button, unless a text of several lines or another button has the focus.

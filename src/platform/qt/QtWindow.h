@@ -35,6 +35,7 @@ class QtWindow : public QObject, public View, public WindowView {
     void PlaceOnScreen();
     bool DeliverKeyPress(const QKeyEvent& event);
     bool PressDefaultButton();
+    ControlView* FocusedView() const;
 
     Window& window_;
     QtDesktop& desktop_;

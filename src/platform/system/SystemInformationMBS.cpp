@@ -1,7 +1,14 @@
 #include "platform/system/SystemInformationMBS.h"
 
+#include <cstdlib>
 #include <sstream>
 
+#include <boost/uuid/name_generator_sha1.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <pwd.h>
+#include <unistd.h>
+
+#include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
 
 namespace varnith {
@@ -31,11 +38,75 @@ std::string OSReleaseValue(const std::string& key) {
     return {};
 }
 
+// A size of /proc/meminfo, in bytes (https://docs.kernel.org/filesystems/proc.html).
+double MemoryInfo(const std::string& key) {
+    std::istringstream lines(FileSystem::Current().Contents("/proc/meminfo"));
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(key + ":")) return Val(line.substr(key.size() + 1)) * 1024;
+    return 0;
+}
+
+// The blocks of memory that are built in and in use, in bytes; 0 where the system has none to show
+// (https://docs.kernel.org/admin-guide/mm/memory-hotplug.html).
+double MemoryInBlocks() {
+    const FileSystem& disk = FileSystem::Current();
+    const std::string folder = "/sys/devices/system/memory";
+    const double size = std::strtod(("0x" + disk.Contents(folder + "/block_size_bytes")).c_str(), nullptr);
+    double sum = 0;
+    for (const DirectoryEntry& entry : disk.Entries(folder))
+        if (Trim(disk.Contents(folder + "/" + entry.name + "/online")) == "1") sum += size;
+    return sum;
+}
+
+// A serial number as the firmware gives it, maybe with a NUL behind it.
+std::string SerialOfHardware() {
+    for (const char* place : {"/sys/class/dmi/id/product_serial", "/proc/device-tree/serial-number"}) {
+        const std::string serial = Trim(FileSystem::Current().Contents(place).c_str());
+        if (!serial.empty()) return serial;
+    }
+    return {};
+}
+
+// A name-based UUID (RFC 4122, section 4.3): made by way of a hash, from which nothing leads back.
+std::string SerialOfInstallation() {
+    constexpr boost::uuids::uuid Varnith = {
+        {0x5e, 0x1b, 0x0c, 0x3f, 0x9d, 0x42, 0x4a, 0x7e, 0x8f, 0x16, 0xd3, 0x60, 0x2a, 0xc9, 0x75, 0xb8}};
+    const std::string machine = Trim(FileSystem::Current().Contents("/etc/machine-id"));
+    return machine.empty() ? "" : to_string(boost::uuids::name_generator_sha1(Varnith)(machine));
+}
+
 }  // namespace
 
 std::string SystemInformationMBS::OSName() {
     const std::string name = OSReleaseValue("NAME");
     return name.empty() ? "Linux" : name;
+}
+
+std::string SystemInformationMBS::OSVersionString() {
+    for (const char* key : {"VERSION", "VERSION_ID", "BUILD_ID"}) {
+        std::string version = OSReleaseValue(key);
+        if (!version.empty()) return version;
+    }
+    return {};
+}
+
+double SystemInformationMBS::LogicalRAM() {
+    const double built_in = MemoryInBlocks();
+    return built_in > 0 ? built_in : MemoryInfo("MemTotal");
+}
+
+double SystemInformationMBS::AvailableRAM() {
+    return MemoryInfo("MemAvailable");
+}
+
+std::string SystemInformationMBS::MacSerialNumber() {
+    const std::string serial = SerialOfHardware();
+    return serial.empty() ? SerialOfInstallation() : serial;
+}
+
+std::string SystemInformationMBS::Username() {
+    const passwd* user = getpwuid(getuid());
+    return user ? user->pw_name : "";
 }
 
 }  // namespace varnith

@@ -68,7 +68,11 @@ void Application::Open(const Ref<Window>& window) {
 }
 
 void Application::LetGo(Window& window) {
+    const bool was_in_front = FrontWindow() == Ref<Window>(&window);
     std::erase(windows_, Ref<Window>(&window));
+    // Where a dialog and its window go at once, a window manager may leave the keyboard with neither.
+    if (was_in_front && !quitting_ && !windows_.empty() && windows_.back()->view_)
+        windows_.back()->view_->BringToFront();
 }
 
 Ref<Window> Application::FrontWindow() const {

@@ -50,12 +50,19 @@ class Control : public Observed {
     // The window's contents have grown by that much since the layout; follows its locks.
     void FollowWindow(std::int32_t more_width, std::int32_t more_height);
 
+    // The user presses a key while the control has the focus; the key is given as for Window::PressKey. True
+    // if the control has taken it and is to make nothing else of it.
+    virtual bool PressKey(const std::string& /*key*/) { return false; }
+
     // The size of the text in pixels; 0 for the system's own.
     void SetTextSize(std::int32_t size) { Set(text_size_, size); }
     std::int32_t TextSize() const { return text_size_; }
 
     void SetBold(bool bold) { Set(bold_, bold); }
     bool Bold() const { return bold_; }
+
+    void SetUnderline(bool underline) { Set(underline_, underline); }
+    bool Underline() const { return underline_; }
 
     void SetEnabled(bool enabled) { Set(enabled_, enabled); }
     bool Enabled() const { return enabled_; }
@@ -87,6 +94,7 @@ class Control : public Observed {
     std::int32_t tab_index_ = 0;
     std::int32_t text_size_ = 0;
     bool bold_ = false;
+    bool underline_ = false;
     bool enabled_ = true;
 };
 

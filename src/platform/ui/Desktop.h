@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 namespace varnith {
 
+class Picture;
 class Window;
 
 // How a window is shown. Dropped when the window closes.
@@ -17,6 +19,12 @@ class WindowView {
     virtual ~WindowView() = default;
     // Shows the window in front of the others.
     virtual void BringToFront() = 0;
+};
+
+// A timer that runs. Dropped when it is to fire no more.
+class TimerView {
+  public:
+    virtual ~TimerView() = default;
 };
 
 // What the program asks of the desktop it runs on. This class answers each call as a desktop that has no
@@ -36,6 +44,15 @@ class Desktop {
 
     // Shows a window that has just opened; nil without a display. REQUIRES: the window outlives its view.
     virtual std::unique_ptr<WindowView> Show(Window& /*window*/) { return nullptr; }
+
+    // Calls something each time that so many milliseconds have gone by, from the event loop; nil without a
+    // display, where nothing is ever called.
+    virtual std::unique_ptr<TimerView> StartTimer(std::int32_t /*period*/, std::function<void()> /*fire*/) {
+        return nullptr;
+    }
+
+    // Has the desktop show the program by this picture, in its lists of windows for one.
+    virtual void SetIcon(const Picture& /*picture*/) {}
 
     struct Size {
         std::int32_t Width;
@@ -83,6 +100,9 @@ class Desktop {
     // Shows the windows of another process in front of all others, as far as the desktop lets one program
     // do that for another.
     virtual void BringToFront(std::int64_t /*process*/) {}
+
+    // The text on the clipboard; empty if it holds none.
+    virtual std::string ClipboardText() const { return {}; }
 
     // Whether the key is held down at this moment.
     virtual bool IsCommandKeyDown() const { return false; }

@@ -1,0 +1,89 @@
+#include "platform/qt/TextAreaView.h"
+
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "platform/qt/Decode.h"
+#include "platform/qt/TextColours.h"
+
+namespace varnith {
+
+namespace {
+
+// The text as it is edited. Other than toPlainText this keeps each character as the user has it, blanks that
+// don't break among them; lines end in Unicode's separator of paragraphs.
+QString Edited(const QPlainTextEdit& edit) {
+    return edit.document()->toRawText();
+}
+
+QString ToEdited(const std::string& text) {
+    return QString::fromStdString(text).replace(u'\r', QChar::ParagraphSeparator);
+}
+
+std::string FromEdited(QString text) {
+    text.replace(QChar::ParagraphSeparator, u'\r').replace(QChar::LineSeparator, u'\r');
+    return Encoded(text);
+}
+
+// A character outside of the basic plane takes two places in Qt's texts.
+std::int32_t Characters(QStringView text) {
+    return static_cast<std::int32_t>(
+        std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isLowSurrogate(); }));
+}
+
+int PlaceOf(std::int32_t character, QStringView text) {
+    int place = 0;
+    for (; character > 0 && place < text.size(); --character) place += text[place].isHighSurrogate() ? 2 : 1;
+    return place;
+}
+
+}  // namespace
+
+TextAreaView::TextAreaView(EditField& field, QPlainTextEdit& edit, FrameClock& clock)
+    : ControlView(field, edit, clock), field_(field), edit_(edit) {
+    SetBlackOnWhite(edit);
+    edit.setTabChangesFocus(true);
+    edit.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    Update();
+    QObject::connect(&edit, &QPlainTextEdit::textChanged, Connections(), [this] { TellText(); });
+    QObject::connect(&edit, &QPlainTextEdit::cursorPositionChanged, Connections(),
+                     [this] { TellSelection(); });
+    QObject::connect(&edit, &QPlainTextEdit::selectionChanged, Connections(), [this] { TellSelection(); });
+}
+
+void TextAreaView::TellText() {
+    field_.SetText(FromEdited(Edited(edit_)));
+}
+
+void TextAreaView::TellSelection() {
+    const QTextCursor cursor = edit_.textCursor();
+    const QString text = Edited(edit_);
+    const QStringView selected =
+        QStringView(text).mid(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
+    field_.Select(Characters(QStringView(text).left(cursor.selectionStart())), Characters(selected));
+}
+
+void TextAreaView::Update() {
+    ControlView::Update();
+    edit_.setReadOnly(field_.ReadOnly());
+    const QString shown = Edited(edit_);
+    const QString text = ToEdited(field_.Text());
+    if (shown != text) Replace(shown, text);
+}
+
+// Only what differs is replaced, as one step that the user can undo.
+void TextAreaView::Replace(const QString& shown, const QString& text) {
+    const QSignalBlocker by_program(edit_);
+    const auto first = std::mismatch(shown.begin(), shown.end(), text.begin(), text.end());
+    const auto last = std::mismatch(shown.rbegin(), std::make_reverse_iterator(first.first), text.rbegin(),
+                                    std::make_reverse_iterator(first.second));
+    QTextCursor cursor(edit_.document());
+    cursor.setPosition(static_cast<int>(first.first - shown.begin()));
+    cursor.setPosition(static_cast<int>(last.first.base() - shown.begin()), QTextCursor::KeepAnchor);
+    cursor.insertText(text.mid(first.second - text.begin(), last.second.base() - first.second));
+    cursor.setPosition(PlaceOf(field_.SelStart(), text));
+    edit_.setTextCursor(cursor);
+    edit_.ensureCursorVisible();
+}
+
+}  // namespace varnith

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/ui/Control.h"
+#include "platform/ui/Picture.h"
+
+namespace varnith {
+
+// An area that shows a picture, as large as fits without distortion, in the middle.
+class Canvas : public Control {
+  public:
+    void SetBackdrop(const Ref<Picture>& picture) { Set(backdrop_, picture); }
+    const Ref<Picture>& Backdrop() const { return backdrop_; }
+
+  private:
+    Ref<Picture> backdrop_;
+};
+
+}  // namespace varnith
