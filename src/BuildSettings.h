@@ -14,6 +14,9 @@ struct BuildSettings {
     static const std::string UpdateServer;
     // The host of the product's web site, with its www.
     static const std::string WebServer;
+    // A well-known public host, not one of the maker's. Its name is looked up to see whether there is a
+    // network.
+    static const std::string ReachabilityHost;
 };
 
 }  // namespace varnith

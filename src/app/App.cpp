@@ -1,10 +1,12 @@
 #include "app/App.h"
 
 #include "BuildSettings.h"
+#include "menus/Pictures.h"
 #include "platform/base/Exceptions.h"
 #include "platform/database/Database.h"
 #include "platform/files/FolderItem.h"
 #include "platform/files/SpecialFolders.h"
+#include "platform/ui/Desktop.h"
 #include "settings/Prefs.h"
 #include "update/UpdateUtilities.h"
 
@@ -31,6 +33,7 @@ void MakeResultsDatabaseIfMissing() {
 }  // namespace
 
 App::App() {
+    Desktop::Current().SetIcon(*Pictures::file128());
     SetVersion({BuildSettings::MajorVersion, BuildSettings::MinorVersion, BuildSettings::BugVersion});
 }
 

@@ -98,6 +98,9 @@ class MainWindow : public SingleWindow<MainWindow> {
     // In scan/, so that the window needs nothing of it.
     void CreateScanThread();
     void AddMenuHandlers();
+    bool _HelpAbout_Action();
+    // In support/.
+    bool _HelpSupport_Action();
     bool _HelpVisitWebsite_Action();
     // In export/. Shows the export window.
     bool _FileExport_Action();

@@ -1,5 +1,6 @@
 #include "BuildSettings.h"
 #include "app/MainWindow.h"
+#include "menus/About.h"
 #include "platform/ui/Dialogs.h"
 
 namespace varnith {
@@ -42,8 +43,15 @@ Ref<MenuItem> MainWindow::FileExport() const {
 }
 
 void MainWindow::AddMenuHandlers() {
+    AddMenuHandler("HelpAbout", [this] { return _HelpAbout_Action(); });
+    AddMenuHandler("HelpSupport", [this] { return _HelpSupport_Action(); });
     AddMenuHandler("FileExport", [this] { return _FileExport_Action(); });
     AddMenuHandler("HelpVisitWebsite", [this] { return _HelpVisitWebsite_Action(); });
+}
+
+bool MainWindow::_HelpAbout_Action() {
+    About::Instance()->Show();
+    return true;
 }
 
 bool MainWindow::_HelpVisitWebsite_Action() {

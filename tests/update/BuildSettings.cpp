@@ -10,5 +10,6 @@ const int BuildSettings::MinorVersion = 0;
 const int BuildSettings::BugVersion = 0;
 const std::string BuildSettings::UpdateServer = test::UpdateTest::Server().At("");
 const std::string BuildSettings::WebServer = "www.varnith.example";
+const std::string BuildSettings::ReachabilityHost = "localhost";
 
 }  // namespace varnith

@@ -208,7 +208,7 @@ TEST_F(WindowTest, MenusShowWhatCanBeChosen) {
                              ? "-;"
                              : entry->text().toStdString() + (entry->isEnabled() ? "+;" : ";");
         }
-        EXPECT_EQ(menus, "&File:Export+;&Quit+;Help:Support;Visit Website+;-;About;");
+        EXPECT_EQ(menus, "&File:Export+;&Quit+;Help:Support+;Visit Website+;-;About+;");
         QTest::keyClick(&Frame(), Qt::Key_H, Qt::NoModifier);
         EXPECT_FALSE(desktop.quit_status);
         Frame().menuBar()->actions()[1]->menu()->actions()[1]->trigger();

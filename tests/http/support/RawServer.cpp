@@ -84,6 +84,11 @@ bool RawServer::ClientHasGone() {
     return Await(connection_.Descriptor()) && recv(connection_.Descriptor(), &byte, 1, 0) <= 0;
 }
 
+bool RawServer::HasVisitor() const {
+    pollfd watched{listener_.Descriptor(), POLLIN, 0};
+    return poll(&watched, 1, 0) > 0;
+}
+
 void RawServer::StopListening() {
     shutdown(listener_.Descriptor(), SHUT_RDWR);
 }

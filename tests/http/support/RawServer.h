@@ -36,6 +36,9 @@ class RawServer {
     // Waits until the client has closed the connection.
     bool ClientHasGone();
 
+    // Whether a connection waits to be taken.
+    bool HasVisitor() const;
+
     // Takes connections no more: they are refused.
     void StopListening();
 

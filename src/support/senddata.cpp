@@ -1,0 +1,36 @@
+#include "BuildSettings.h"
+#include "platform/ui/Dialogs.h"
+#include "support/FormInputs.h"
+#include "support/SupportWindow.h"
+
+namespace varnith {
+
+// The names of the fields and the fixed values are those that the server knows.
+Ref<Dictionary<std::string>> SupportWindow::Ticket() const {
+    auto ticket = MakeRef<Dictionary<std::string>>();
+    ticket->SetValue("process", "1");
+    ticket->SetValue("subject", "VRNTH Topic - " + PopupMenu1.Text());
+    ticket->SetValue("message", EditField3.Text() + "\r\r" + kDetails);
+    ticket->SetValue("appname", "VRNTH");
+    ticket->SetValue("name", EditField2.Text());
+    ticket->SetValue("email", EditField1.Text());
+    return ticket;
+}
+
+// Only the last request is carried through: each one drops the one before it. The order of the calls is
+// required as it stands.
+void SupportWindow::senddata(const std::string& /*unused*/) {
+    const std::string url = BuildSettings::WebServer + "/support.php";
+    Socket1->Get(url);
+    const std::string request = url + "?" + Socket1->EncodeFormData(Ticket());
+    Socket1->Get(request);
+    Socket1->Get(request, Patience);
+    MsgBox("Support Ticket Sent!");
+    Close();
+}
+
+void SupportWindow::parseform(const std::string& html) {
+    FormInputs(html);
+}
+
+}  // namespace varnith

@@ -1,0 +1,26 @@
+#include <cstdlib>
+
+#include "BuildSettings.h"
+
+namespace varnith {
+
+namespace {
+
+std::string FromEnvironment(const char* name, const std::string& otherwise) {
+    const char* value = std::getenv(name);
+    return value ? value : otherwise;
+}
+
+}  // namespace
+
+// These take the place of the settings of the build: who starts the program says whom it asks. If nobody
+// does, the host to look up is one that no look-up finds, and none has to leave the machine to tell.
+const int BuildSettings::MajorVersion = 1;
+const int BuildSettings::MinorVersion = 2;
+const int BuildSettings::BugVersion = 3;
+const std::string BuildSettings::UpdateServer = "127.0.0.1:1";  // where nobody listens
+const std::string BuildSettings::WebServer = FromEnvironment("TEST_WEB_SERVER", "www.varnith.example");
+const std::string BuildSettings::ReachabilityHost =
+    FromEnvironment("TEST_REACHABILITY_HOST", std::string(300, 'x'));
+
+}  // namespace varnith
