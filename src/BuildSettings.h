@@ -5,7 +5,7 @@
 namespace varnith {
 
 // What the build fixes: the version and the addresses of the maker's servers. The values come from CMake
-// cache variables (VARNITH_VERSION and so on) and nowhere else; an address may carry a port.
+// cache variables (VARNITH_VERSION and so on) and nowhere else; the address of a server may carry a port.
 struct BuildSettings {
     static const int MajorVersion;
     static const int MinorVersion;

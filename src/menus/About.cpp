@@ -42,6 +42,7 @@ void About::CreateControls() {
     StaticText2.SetText("Version info goes here");
     AddControl(StaticText3, {9, 194, 287, 20}, top_left, 3);
     StaticText3.SetText("Build Date");
+    // The same place in the order as the date above it: labels take no focus.
     AddControl(StaticText4, {9, 226, 287, 20}, top_left, 3);
     StaticText4.SetText("© The Varnith developers");
     StaticText4.MouseDown = [this](std::int32_t x, std::int32_t y) { return StaticText4_MouseDown(x, y); };

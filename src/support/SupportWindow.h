@@ -41,7 +41,8 @@ class SupportWindow : public SingleWindow<SupportWindow> {
 
     void Event_Open() override;
     bool Event_KeyDown(const std::string& key) override;
-    // Enables "Send" while the three fields hold text. As nothing else does, the button may be a second late.
+    // Enables "Send" while the three fields hold text. As nothing else does, the button may be a second late:
+    // whoever presses it within that second sends a ticket without what was just deleted.
     void Timer1_Action();
     // "Send": refuses a text without an e-mail address in it, then tests the network by a look-up of a name,
     // which asks nothing of the support server, then sends.
@@ -55,7 +56,8 @@ class SupportWindow : public SingleWindow<SupportWindow> {
     // window. The user is told that it was sent whatever came of it. The argument is not used.
     void senddata(const std::string& unused);
 
-    // Reads the inputs of a form into a map of its own, which it keeps to itself; see FormInputs.
+    // Reads the inputs of a form into a map of its own, which it keeps to itself; see FormInputs. A ticket
+    // once went through the form of a page, and it is there for pages that ask for that again.
     void parseform(const std::string& html);
 
   private:

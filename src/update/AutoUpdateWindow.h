@@ -27,7 +27,8 @@ class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
     PushButton ActionBtn;
     Ref<HTTPSocket> Downloader;
 
-    // Makes the offer, with the address of the download. It names the file by what stands behind its last "/".
+    // Makes the offer, with the address of the download. It names the file by what stands behind its last
+    // "/".
     void Init(const std::string& url);
 
     void ActionBtn_Action();

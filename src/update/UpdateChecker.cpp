@@ -59,7 +59,8 @@ Ref<Dictionary<std::string>> UpdateChecker::ParseDataFile(const std::string& con
         const std::size_t end = text.find('\n', start);
         const std::string line = text.substr(start, end - start);
         const std::size_t equals = line.find('=');
-        data->SetValue(Trim(line.substr(0, equals)), equals == line.npos ? "" : Trim(line.substr(equals + 1)));
+        data->SetValue(Trim(line.substr(0, equals)),
+                       equals == line.npos ? "" : Trim(line.substr(equals + 1)));
         varnith::Yield();
         start = end == text.npos ? end : end + 1;
     }

@@ -10,7 +10,8 @@ class UpdateChecker;
 // How the program keeps itself current. At each start it asks the update server for the newest version; the
 // user may have it downloaded; then it takes the place of the running one. The running application is never
 // overwritten: it moves to the temporary folder, named "o-" and its name, and runs on from there until it
-// quits. The new one comes in beside it, named "n-" and its name, and takes over the name that has become free.
+// quits. The new one comes in beside it, named "n-" and its name, and takes over the name that has become
+// free.
 class UpdateUtilities {
   public:
     // The check whose answer is awaited or has come, nil before the first. Holding it keeps it alive.

@@ -88,8 +88,8 @@ class LaunchTest : public testing::Test {
 
     // A program that reads its input, notes down its process, and waits to be ended.
     void Program(const std::string& name) const {
-        const std::string path =
-            folder.File(name, "#!/bin/sh\ncat\necho $$ >>'" + folder.Path() + "/started'\nexec tail -f /dev/null\n");
+        const std::string path = folder.File(
+            name, "#!/bin/sh\ncat\necho $$ >>'" + folder.Path() + "/started'\nexec tail -f /dev/null\n");
         fs::permissions(path, fs::perms(0755));
     }
     // The processes, once there are so many.
@@ -99,7 +99,7 @@ class LaunchTest : public testing::Test {
             std::ifstream lines(folder / "started");
             const std::vector<pid_t> processes(std::istream_iterator<pid_t>(lines), {});
             if (processes.size() >= count || std::chrono::steady_clock::now() > limit) return processes;
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            std::this_thread::yield();
         }
     }
     void Launch(const std::string& name) const {

@@ -125,9 +125,26 @@ TEST_F(HelpTest, SupportIsLaidOutAndFilledIn) {
             WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
         }
 
+        // The same over itself: what is typed next comes behind it.
+        QGuiApplication::clipboard()->setText(details.toPlainText());
+        details.selectAll();
+        Press("ctrl+v");
+        Press("x");
+        WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
+
+        // What is pasted stays as it is, when the window is drawn too.
+        auto& address = *frame.findChild<QLineEdit*>();
+        QGuiApplication::clipboard()->setText("a\tb\nc");
+        address.setFocus();
+        address.selectAll();
+        address.paste();
+        w.SetTitle("drawn");
+        WaitFor([&] { return frame.windowTitle() == "drawn"; });
+        Press("x");
+        WaitFor([&] { return w.EditField1.Text() == "a\tb\ncx"; });
+
         // A text made to keep the search of an address busy.
         QGuiApplication::clipboard()->setText(QString(1 << 20, 'a'));
-        auto& address = *frame.findChild<QLineEdit*>();
         address.selectAll();
         address.paste();
         clock.start();

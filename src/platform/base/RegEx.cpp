@@ -2,9 +2,7 @@
 
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
-#include <utility>
 
 #include <pcre2.h>
 

@@ -69,6 +69,7 @@ void TextAreaView::Update() {
     const QString shown = Edited(edit_);
     const QString text = ToEdited(field_.Text());
     if (shown != text) Replace(shown, text);
+    FollowSelection(text);
 }
 
 // Only what differs is replaced, as one step that the user can undo.
@@ -81,7 +82,16 @@ void TextAreaView::Replace(const QString& shown, const QString& text) {
     cursor.setPosition(static_cast<int>(first.first - shown.begin()));
     cursor.setPosition(static_cast<int>(last.first.base() - shown.begin()), QTextCursor::KeepAnchor);
     cursor.insertText(text.mid(first.second - text.begin(), last.second.base() - first.second));
-    cursor.setPosition(PlaceOf(field_.SelStart(), text));
+}
+
+void TextAreaView::FollowSelection(const QString& text) {
+    const int start = PlaceOf(field_.SelStart(), text);
+    const int end = PlaceOf(field_.SelStart() + field_.SelLength(), text);
+    QTextCursor cursor = edit_.textCursor();
+    if (cursor.selectionStart() == start && cursor.selectionEnd() == end) return;
+    const QSignalBlocker by_program(edit_);
+    cursor.setPosition(start);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
     edit_.setTextCursor(cursor);
     edit_.ensureCursorVisible();
 }

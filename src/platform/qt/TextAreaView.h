@@ -18,6 +18,7 @@ class TextAreaView : public ControlView {
     void TellText();
     void TellSelection();
     void Replace(const QString& shown, const QString& text);
+    void FollowSelection(const QString& text);
 
     EditField& field_;
     QPlainTextEdit& edit_;

@@ -13,6 +13,8 @@ void EditField::SetSelText(const std::string& text) {
     const std::string inserted = WithLines(text);
     SetText(Mid(text_, 1, sel_start_) + inserted + Mid(text_, sel_start_ + sel_length_ + 1));
     Select(sel_start_ + Len(inserted), 0);
+    // The text may be what it was, and the selection another.
+    MarkChanged();
 }
 
 // The path that a field of one line shows may hold any character.

@@ -30,6 +30,7 @@ class EditField : public Control {
     // The selection, in characters from 0; with no length it is the place where the user types.
     void Select(std::int32_t start, std::int32_t length);
     std::int32_t SelStart() const { return sel_start_; }
+    std::int32_t SelLength() const { return sel_length_; }
 
     // Replaces the selection by a text; what is typed next comes behind that.
     void SetSelText(const std::string& text);

@@ -24,9 +24,7 @@ class Timer {
 
     // How often it fires while the mode is Multiple, in milliseconds. A change starts the period anew.
     void SetPeriod(std::int32_t milliseconds);
-    std::int32_t Period() const { return period_; }
     void SetMode(ModeKind mode);
-    ModeKind Mode() const { return mode_; }
 
   private:
     void Restart();
