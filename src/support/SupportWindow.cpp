@@ -88,7 +88,8 @@ void SupportWindow::Event_Open() {
     const Application& application = Application::Current();
     const auto add_line = [this](const std::string& line) { kDetails += line + "\r"; };
     CentreOnScreen();
-    // No blank in this line and two numbers in the next: support's programs read them so.
+    // No blank in this line, and two of the version's numbers in the next: the block's form is fixed, since
+    // those who read the tickets go by it.
     add_line("App Name:Varnith");
     add_line("Version: " + Str(application.MajorVersion()) + "." + Str(application.MinorVersion()));
     add_line("OS Version: " + SystemInformationMBS::OSVersionString());

@@ -56,8 +56,8 @@ class SupportWindow : public SingleWindow<SupportWindow> {
     // window. The user is told that it was sent whatever came of it. The argument is not used.
     void senddata(const std::string& unused);
 
-    // Reads the inputs of a form into a map of its own, which it keeps to itself; see FormInputs. A ticket
-    // once went through the form of a page, and it is there for pages that ask for that again.
+    // Reads the inputs of a form into a map of its own, which it keeps to itself; see FormInputs. Nothing in
+    // the program calls it: it is part of the window's interface.
     void parseform(const std::string& html);
 
   private:
