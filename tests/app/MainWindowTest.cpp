@@ -1,6 +1,5 @@
 #include "app/MainWindow.h"
 #include "platform/base/Text.h"
-#include "platform/threads/Scheduler.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
@@ -41,29 +40,6 @@ TEST_F(MainWindowTest, StandsInTheMiddleOfTheFirstScreen) {
         desktop.screen = screen;
         Start([&] { EXPECT_EQ(std::pair(Main().Left(), Main().Top()), std::pair(left, top)); });
     }
-}
-
-TEST_F(MainWindowTest, TextsAtEachMomentOfAScan) {
-    for (const char* name : {"a.tif", "b/in.tiff"}) documents.File(name, TiffBytes(1));
-    documents.File("z.txt");
-    documents.Folder("z/empty");
-    Start([&] {
-        Main().CheckBox4.SetValue(true);
-        Lines moments = {Texts()};
-        Locate(documents.Path());
-        RunThreadsUntil([&] {
-            if (Texts() != moments.back()) moments.push_back(Texts());
-            return !Scheduler::Current().UntilNextTurn();
-        });
-        EXPECT_EQ(moments,
-                  (Lines{"Varnith - Testix|||", "Processing Item: a.tif|.||", "Processing Item: in.tiff|.||",
-                         "Processing Item: z.txt|.||", "Processing Item: z.txt|.||All,tif",
-                         "Processing Item: z.txt|.||All,tif,tiff",
-                         "Varnith - Testix - Finished|.|2 file(s)|All,tif,tiff"}));
-        Scan(documents / "z/empty", true);
-        EXPECT_EQ(Main().k, 1);
-        EXPECT_EQ(SavedRows(), Lines());
-    });
 }
 
 }  // namespace varnith::test

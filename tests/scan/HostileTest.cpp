@@ -1,11 +1,8 @@
 #include <filesystem>
+#include <fstream>
 #include <set>
 
-#include <fcntl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include "results/Item.h"
 #include "support/ProgramTest.h"
@@ -16,18 +13,12 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using HostileTest = ProgramTest;
 
-void MakeSocket(const std::string& path) {
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
-    const FileHandle end(socket(AF_UNIX, SOCK_STREAM, 0));
-    EXPECT_EQ(bind(end.Descriptor(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
-}
-
 TEST_F(HostileTest, AnOddFileGetsARowAndNothingHangs) {
     const std::string odd = documents / "b.tif";
     const std::string three = TiffBytes(3);
     const auto file = [&](const std::string& bytes) { return [=, this] { documents.File("b.tif", bytes); }; };
     const auto link = [&](const char* target) { return [=] { fs::create_symlink(target, odd); }; };
+    const auto node = [&](mode_t kind) { return [=] { mknod(odd.c_str(), kind | 0600, 0); }; };
     // A file to which something happens between the listing and its opening, which then fails or does not.
     const auto spoilt = [&](const std::function<bool()>& fails) {
         return [=, this] {
@@ -42,8 +33,8 @@ TEST_F(HostileTest, AnOddFileGetsARowAndNothingHangs) {
                           {"cut in the second page", file(three.substr(0, three.size() / 2)), "1"},
                           {"no page", file("II*\0\0\0\0\0"s), "0"},
                           {"loops", file(LoopingTiffBytes(4)), "4"},
-                          {"FIFO", [&] { mkfifo(odd.c_str(), 0600); }, "12"},
-                          {"socket", [&] { MakeSocket(odd); }, "12"},
+                          {"FIFO", node(S_IFIFO), "12"},
+                          {"socket", node(S_IFSOCK), "12"},
                           {"endless device", link("/dev/zero"), "12"},
                           {"device", link("/dev/null"), "12"},
                           {"link to nowhere", link("nowhere"), "12"},
@@ -124,17 +115,18 @@ TEST_F(HostileTest, AFolderThatFailsIsPassedOverAndLinksGoNotRoundInCircles) {
 
 TEST_F(HostileTest, AThousandNestedFolders) {
     const std::string tiff = TiffBytes(2);
-    FileHandle folder(open(documents.Path().c_str(), O_PATH));
     Lines rows;
     std::string path = ".";
+    const fs::path before = fs::current_path();
+    fs::current_path(documents.Path());
     for (int depth = 0; depth <= 1000; ++depth) {
-        const FileHandle file(openat(folder.Descriptor(), "z.tif", O_CREAT | O_WRONLY, 0600));
-        ASSERT_EQ(write(file.Descriptor(), tiff.data(), tiff.size()), std::ssize(tiff));
+        std::ofstream("z.tif") << tiff;
         rows.insert(rows.begin(), "z.tif|2|" + path + "|tif");
-        mkdirat(folder.Descriptor(), "a folder among many", 0700);
-        folder = FileHandle(openat(folder.Descriptor(), "a folder among many", O_PATH));
+        fs::create_directory("a folder among many");
+        fs::current_path("a folder among many");
         path = (depth == 0 ? "" : path + "/") + "a folder among many";
     }
+    fs::current_path(before);
     Start([&] {
         Scan(documents.Path(), true);
         EXPECT_TRUE(Rows() == rows);
