@@ -22,17 +22,12 @@ wait_for_main_window() {
     menu_bar_height=$((height - 670))
 }
 
-# The places count from the edges to which the controls keep their distance.
 click_include_subfolders() {
-    local height
-    read -r _ height < <(size_of "$main_window")
-    click "$main_window" 18 $((height - 15))
+    click "$main_window" 18 -15
 }
 
 click_locate() {
-    local width
-    read -r width _ < <(size_of "$main_window")
-    click "$main_window" $((width - 48)) $((menu_bar_height + 16))
+    click "$main_window" -48 $((menu_bar_height + 16))
     wait_until dialog_is_open
 }
 

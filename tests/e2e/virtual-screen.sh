@@ -72,37 +72,19 @@ wait_for_window() {
 }
 
 find_window() {
-    local window
-    for window in $(xprop -root -notype _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do
-        [[ $(xdotool getwindowname "$window" 2>/dev/null) =~ $1 ]] || continue
-        found_window=$window
-        return 0
+    for found_window in $(xprop -root -notype _NET_CLIENT_LIST | grep -o '0x[0-9a-f]*'); do
+        if has_title "$found_window" "$1"; then return 0; fi
     done
     return 1
 }
 
-# Waits until a window's title matches; each change of the title's property is reported as it happens.
+has_title() {
+    [[ $(xdotool getwindowname "$1" 2>/dev/null) =~ $2 ]]
+}
+
+# Waits until a window's title matches.
 wait_for_title() {
-    local window=$1 wanted=$2 titles spy line status title='' found=1
-    exec {titles}< <(exec timeout "$patience" xprop -spy -notype -id "$window" _NET_WM_NAME)
-    spy=$!
-    while :; do
-        status=0
-        read -r -t 1 -u "$titles" line || status=$?
-        # It reads the title first and listens for changes then; one in between is seen by asking once more.
-        [ $status -le 128 ] || line=$(xprop -notype -id "$window" _NET_WM_NAME || true)
-        [ $status -eq 0 ] || [ $status -gt 128 ] || break
-        title=${line#*\"}
-        title=${title%\"}
-        if [[ $title =~ $wanted ]]; then
-            found=0
-            break
-        fi
-    done
-    kill "$spy" 2>/dev/null || true
-    exec {titles}<&-
-    [ $found -eq 0 ] || echo "No title like '$wanted' within $patience seconds, the last one was '$title'." >&2
-    return $found
+    wait_until has_title "$1" "$2"
 }
 
 # The width and height of a window's contents, in pixels.
@@ -114,9 +96,11 @@ is_active() {
     [ "$(xdotool getactivewindow 2>/dev/null)" = "$((${1}))" ]
 }
 
-# Clicks at a place in a window, in pixels from its top left.
+# Clicks at a place in a window, in pixels from its left and top, or below 0 from its right and bottom.
 click() {
-    xdotool mousemove --window "$1" "$2" "$3" click 1
+    local width height
+    read -r width height < <(size_of "$1")
+    xdotool mousemove --window "$1" $(($2 < 0 ? width + $2 : $2)) $(($3 < 0 ? height + $3 : $3)) click 1
 }
 
 press() {

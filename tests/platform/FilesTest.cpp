@@ -2,101 +2,146 @@
 
 #include <gtest/gtest.h>
 #include <limits.h>
+#include <sys/stat.h>
 
-#include "platform/files/FileListMBS.h"
 #include "platform/files/FolderItem.h"
-#include "platform/files/TiffPictureMBS.h"
-#include "platform/system/SystemInformationMBS.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestFileSystem.h"
-#include "support/TiffFile.h"
 
 namespace varnith::test {
 
+namespace {
+
+namespace fs = std::filesystem;
+
+// A disk of which one of the calls that change it fails, counted from 1.
+class FailingDisk : public TestFileSystem {
+  public:
+    int failing = 0;
+    mutable int calls = 0;
+
+    // A full disk takes a part.
+    bool Write(const FileHandle& file, std::string_view bytes) const override {
+        return Fails() ? FileSystem::Write(file, bytes.substr(0, 1)) && false
+                       : FileSystem::Write(file, bytes);
+    }
+    bool Sync(const FileHandle& file) const override { return !Fails() && FileSystem::Sync(file); }
+    bool MakeFolder(const std::string& path) const override {
+        return !Fails() && FileSystem::MakeFolder(path);
+    }
+    bool MakeLink(const std::string& path, const std::string& target) const override {
+        return !Fails() && FileSystem::MakeLink(path, target);
+    }
+    bool SetMode(const std::string& path, std::uint32_t mode) const override {
+        return !Fails() && FileSystem::SetMode(path, mode);
+    }
+    RenameResult Rename(const std::string& from, const std::string& to) const override {
+        return Fails() ? RenameResult::Failed : FileSystem::Rename(from, to);
+    }
+
+  private:
+    bool Fails() const { return ++calls == failing; }
+};
+
 struct FilesTest : testing::Test {
+    static Ref<FolderItem> Item(const std::string& path) { return FolderItem::FromPath(path); }
+
     TemporaryFolder folder;
-    TestFileSystem disk;
+    FailingDisk disk;
     FileSystem::Replacement disk_in_force{disk};
 };
 
 TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {
-    const auto item = FolderItem::FromPath(folder.Path() + "//./");
+    const auto item = Item(folder.Path() + "//./");
     EXPECT_EQ(item->Parent()->Child(item->Name())->AbsolutePath(), folder.Path());
     for (const char* name : {"", ".", "..", "a/b", "/"}) EXPECT_FALSE(item->Child(name)) << name;
     const auto odd = item->Child("line\nbreak\xFF");
     EXPECT_FALSE(odd->Exists());
     EXPECT_EQ(odd->AbsolutePath(), folder.File("line\nbreak\xFF"));
     EXPECT_TRUE(odd->Exists());
-    EXPECT_EQ(odd->Count(), 0);
-    EXPECT_EQ(FolderItem::FromPath("/")->AbsolutePath(), "/");
-    EXPECT_FALSE(FolderItem::FromPath("/")->Parent());
+    EXPECT_FALSE(Item("/")->Parent());
+    // What lies beyond a folder that can't be reached is not looked for from the current folder instead.
+    const std::string up = "/../../../../../../../../../../../../../../../..";
+    EXPECT_FALSE(Item("/" + std::string(PATH_MAX - 3, 'x') + up + odd->AbsolutePath())->Exists());
 }
 
 TEST_F(FilesTest, ABareNameLiesBesideTheApplication) {
     folder.Folder("Some.app");
-    disk.executable = folder / "Some.app/Contents/MacOS/Varnith";
-    EXPECT_EQ(ApplicationItem()->AbsolutePath(), folder / "Some.app");
-    EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / "varnth");
-    disk.executable = folder / "Some.app/Varnith";
-    EXPECT_EQ(ApplicationItem()->AbsolutePath(), disk.executable);
-    EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / "Some.app/varnth");
+    using Case = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [executable, application, varnth] :
+         {Case{"Some.app/Contents/MacOS/Varnith", "Some.app", "varnth"},
+          {"Some.app/Varnith", "Some.app/Varnith", "Some.app/varnth"}}) {
+        disk.executable = folder / executable;
+        EXPECT_EQ(ApplicationItem()->AbsolutePath(), folder / application);
+        EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / varnth);
+    }
     EXPECT_EQ(GetFolderItem(folder / "new")->AbsolutePath(), folder / "new");
     for (const std::string& path : {folder / "missing/new", std::string("a\0b", 3)})
         EXPECT_FALSE(GetFolderItem(path)) << path;
 }
 
-TEST_F(FilesTest, BothListingsAreInNaturalOrderAndTellWhatIsVisible) {
-    for (const char* name : {"b10", "B2", ".dot", "listed", "b2"}) folder.File(name);
-    for (const char* name : {"sub", "a", ".folder"}) folder.Folder(name);
-    folder.File(".hidden", "listed\nsub\n");
-    std::filesystem::create_directory_symlink(folder / "a", folder / "c");
-    const auto item = FolderItem::FromPath(folder.Path());
-    const FileListMBS list(item);
-    std::string listed;
-    ASSERT_EQ(item->Count(), list.Count());
-    for (std::int32_t i = 0; i < list.Count(); ++i) {
-        listed += list.Item(i)->Name() + (list.Directory(i) ? "/" : "") + (list.Visible(i) ? " " : "- ");
-        EXPECT_EQ(item->Item(i + 1)->Name(), list.Item(i)->Name());
-        EXPECT_EQ(item->Item(i + 1)->Visible(), list.Visible(i)) << list.Item(i)->Name();
-    }
-    EXPECT_EQ(listed, ".dot- .folder/- .hidden- a/ B2 b2 b10 c listed- sub/- ");
-    for (const std::int32_t i : {-1, list.Count()}) {
-        EXPECT_FALSE(item->Item(i + 1));
-        EXPECT_THROW(list.Item(i), OutOfBoundsException);
+TEST_F(FilesTest, RenamesAndDeletesWhatIsNamed) {
+    const auto item = Item(folder.File("old name", "bytes"));
+    folder.File("folder/in use");
+    fs::create_directory_symlink(folder / "folder", folder / "link");
+    fs::create_symlink("/nowhere", folder / "link to nothing");
+    for (const char* name : {"", ".", "..", "a/b", "folder", "link to nothing"}) item->SetName(name);
+    EXPECT_EQ(item->AbsolutePath(), folder / "old name");
+    item->SetName("new 'name'");
+    EXPECT_EQ(BytesOf(item->AbsolutePath()), "bytes");
+
+    const auto parent = Item(folder.Path());
+    EXPECT_FALSE(parent->Child("link to nothing")->Exists());
+    for (std::int32_t i = 1; i <= parent->Count(); ++i) EXPECT_TRUE(parent->TrueItem(i)->Exists()) << i;
+    for (const char* name : {"folder", "link", "link to nothing", "new 'name'", "missing"})
+        parent->Child(name)->Delete();
+    EXPECT_EQ(TreeOf(folder.Path()), (Tree{{"folder", "755/"}, {"folder/in use", "644 "}}));
+}
+
+// On one file system, and to one in memory, which only a bare chroot lacks.
+TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething) {
+    for (const char* place : {"/tmp", "/dev/shm"}) {
+        if (!fs::exists(place)) continue;
+        SCOPED_TRACE(place);
+        const TemporaryFolder here;
+        const TemporaryFolder there(place);
+        fs::permissions(here.File("bundle/Contents/Program", "#!/bin/sh\n"), fs::perms(0755));
+        here.File("bundle/it's \"here\"\n\xFF", std::string(700'000, 'x'));
+        here.File("bundle/closed/file");
+        fs::permissions(here / "bundle/closed", fs::perms(0555));
+        fs::create_symlink("Contents", here / "bundle/link");
+        fs::create_symlink("/nowhere", here / "bundle/link to nothing");
+        here.File("file", "new");
+        there.File("old file", "old");
+        there.Folder("empty folder");
+        fs::create_symlink("/nowhere", there / "link");
+        const Tree whole = TreeOf(here.Path());
+        const Tree before = TreeOf(there.Path());
+        for (const char* source : {"file", "bundle"})
+            for (const char* target : {"old file", "empty folder", "link", "missing/file"})
+                Item(here / source)->MoveFileTo(Item(there / target));
+        disk.failing = 0;
+        do {
+            EXPECT_EQ(TreeOf(here.Path()), whole) << "call " << disk.failing;
+            EXPECT_EQ(TreeOf(there.Path()), before) << "call " << disk.failing;
+            ++disk.failing;
+            disk.calls = 0;
+            Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
+        } while (!fs::exists(there / "bundle"));
+        EXPECT_FALSE(fs::exists(here / "bundle"));
+        disk.failing = 0;
+        Item(there / "bundle")->MoveFileTo(Item(here / "bundle"));
+        EXPECT_EQ(TreeOf(here.Path()), whole);
+        EXPECT_EQ(TreeOf(there.Path()), before) << "nothing is left where it was";
+
+        ASSERT_EQ(mkfifo((here / "bundle/fifo").c_str(), 0600), 0);
+        Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
+        EXPECT_NE(fs::exists(here / "bundle/fifo"), fs::exists(there / "bundle/fifo"));
+        EXPECT_NE(fs::exists(here / "bundle/link"), fs::exists(there / "bundle/link"))
+            << "what can't be copied stays as a whole";
     }
 }
 
-// What lies beyond a folder that can't be reached is not looked for from the current folder instead.
-TEST_F(FilesTest, APathTooLongForTheSystemFailsAsAWhole) {
-    const std::string up = "/../../../../../../../../../../../../../../../..";
-    const std::string path = "/" + std::string(PATH_MAX - 3, 'x') + up + folder.File("there");
-    EXPECT_FALSE(FolderItem::FromPath(path)->Exists());
-    EXPECT_FALSE(disk.OpenForReading(path));
-}
-
-TEST_F(FilesTest, APictureHasTheDirectoriesOfTheMainChain) {
-    const auto count = [&](const std::string& bytes) {
-        const auto picture = OpenAsTiffMBS(FolderItem::FromPath(folder.File("x.tif", bytes)), true);
-        return picture ? picture->ImageCount() : -1;
-    };
-    for (const std::string mode : {"wl", "wb", "wl8", "wb8"}) {
-        EXPECT_EQ(count(TiffBytes(500, mode)), 500) << mode;
-        const std::string bytes = TiffBytes(3, mode);
-        const std::size_t header = mode.size() > 2 ? 16 : 8;
-        const std::pair<std::size_t, int> cuts[] = {
-            {0, -1}, {header - 1, -1}, {header, 0}, {bytes.size() / 2, 1}, {bytes.size() - 1, 2}};
-        for (const auto& [size, pages] : cuts) EXPECT_EQ(count(bytes.substr(0, size)), pages) << mode << size;
-    }
-    for (const int pages : {1, 2, 7}) EXPECT_EQ(count(LoopingTiffBytes(pages)), pages);
-}
-
-TEST_F(FilesTest, TheNameOfTheSystem) {
-    for (const auto& [contents, name] : {std::pair("ID=a\nNAME=\"a \\\"b\\\" c\"\nNAMES=d\n", "a \"b\" c"),
-                                         {"NAME='\\a'", "\\a"},
-                                         {"NAME=\n", "Linux"}}) {
-        disk.elsewhere["/etc/os-release"] = folder.File("os-release", contents);
-        EXPECT_EQ(SystemInformationMBS::OSName(), name);
-    }
-}
+}  // namespace
 
 }  // namespace varnith::test

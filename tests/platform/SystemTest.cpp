@@ -1,23 +1,17 @@
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
-#include <optional>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
+#include "platform/base/Text.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/system/ApplicationLaunch.h"
 #include "platform/system/Shell.h"
-#include "support/Environment.h"
-#include "support/TemporaryFolder.h"
-#include "support/TestDesktop.h"
+#include "platform/system/SystemInformationMBS.h"
+#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -26,118 +20,148 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(ShellTest, GivesWhatACommandWrites) {
-    const std::string both = "head -c 300000 /dev/zero | tr '\\0' x";
-    const std::pair<std::string, std::string> cases[] = {
+    const std::string much = "head -c 300000 /dev/zero | tr '\\0' x";
+    std::vector<std::pair<std::string, std::string>> cases = {
         {"echo warning >&2; echo listing", "listing\nwarning\n"},
         {"cat; exit 3", ""},
-        {both + " >&2; " + both, std::string(600'000, 'x')},
+        {much + " >&2; " + much, std::string(600'000, 'x')},
     };
+    for (const std::string name : {"two  blanks", "it's", "\"$HOME\"`id`\\", "a\nb\xFF", "-n", "*", "~"})
+        cases.emplace_back("printf '<%s>' " + FolderItem::FromPath("/" + name)->ShellPath(),
+                           "</" + name + ">");
     Shell shell;
     for (const auto& [command, result] : cases) {
         shell.Execute(command);
-        EXPECT_EQ(shell.Result(), result);
-    }
-    for (const std::string name : {"two  blanks", "it's", "\"$HOME\"`id`\\", "a\nb\xFF", "-n", "*", "~"}) {
-        shell.Execute("printf '<%s>' " + FolderItem::FromPath("/")->Child(name)->ShellPath());
-        EXPECT_EQ(shell.Result(), "</" + name + ">");
+        EXPECT_TRUE(shell.Result() == result) << command;
     }
 }
 
-// A disk on which everything belongs to another user.
-class OthersDisk : public FileSystem {
+// The real disk, on which some files and a folder are the test's own, as is what belongs to whom.
+class SystemTest : public testing::Test, public TestFileSystem {
+  protected:
+    std::vector<DirectoryEntry> Entries(const std::string& path) const override {
+        return FileSystem::Entries(path == memory ? folder.Path() : path);
+    }
     std::optional<FileStatus> EntryStatus(const std::string& path) const override {
         auto status = FileSystem::EntryStatus(path);
-        if (status) ++status->owner;
+        if (status && others) ++status->owner;
         return status;
     }
+    void Write(const std::string& path, const std::string& bytes) {
+        elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);
+    }
+
+    const std::string memory = "/sys/devices/system/memory";
+    bool others = false;
+    TemporaryFolder folder;
+
+  private:
+    FileSystem::Replacement in_force_{*this};
 };
 
-TEST(TemporaryFolderTest, IsTheUsersAlone) {
-    const TemporaryFolder parent;
-    const Environment where("TMPDIR", parent.Path());
-    const std::string name = "varnith-" + std::to_string(geteuid());
-    const std::string place = parent / name;
-    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
+TEST_F(SystemTest, TellsNameVersionAndMemory) {
+    using Case = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [release, name, version] : {Case{"NAME=\"a \\\"b\\\" c\"\nNAMES=d\n", "a \"b\" c", ""},
+                                                 {"NAME='\\a'\nVERSION_ID=\"39\"\nBUILD_ID=x\n", "\\a", "39"},
+                                                 {"NAME=\nBUILD_ID=rolling\n", "Linux", "rolling"}}) {
+        Write("/etc/os-release", release);
+        EXPECT_EQ(SystemInformationMBS::OSName(), name);
+        EXPECT_EQ(SystemInformationMBS::OSVersionString(), version);
+    }
+    // What is built in counts, whatever part of it the system keeps for itself.
+    Write(memory + "/block_size_bytes", "80000000\n");
+    for (const std::string block : {"memory0", "memory1", "memory3", "memory7", "memory8"}) {
+        folder.Folder(block);
+        Write(memory + "/" + block + "/online", block == "memory3" ? "0\n" : "1\n");
+    }
+    EXPECT_EQ(SystemInformationMBS::LogicalRAM(), 8.0 * (1 << 30));
+}
 
-    fs::permissions(parent.Folder("elsewhere"), fs::perms::owner_all);
-    fs::create_directory_symlink(parent / "elsewhere", place);
+TEST_F(SystemTest, TellsMachinesApartWithoutGivingThemAway) {
+    const auto number_with = [this](const char* path, const std::string& bytes) {
+        Write(path, bytes);
+        return SystemInformationMBS::MacSerialNumber();
+    };
+    const char* const product = "/sys/class/dmi/id/product_serial";
+    const char* const board = "/proc/device-tree/serial-number";
+    const char* const machine = "/etc/machine-id";
+    number_with(product, "  \n");
+    number_with(board, "");
+    const std::string number = number_with(machine, "0123456789abcdef0123456789abcdef\n");
+    EXPECT_EQ(ReplaceAll(number, "-", "").find("01234567"), std::string::npos) << number;
+    EXPECT_NE(number_with(machine, "1123456789abcdef0123456789abcdef\n"), number);
+    EXPECT_EQ(number_with(machine, "0123456789abcdef0123456789abcdef\n"), number);
+    EXPECT_EQ(number_with(machine, ""), "");
+    EXPECT_EQ(number_with(board, std::string("10000000abc\0", 12)), "10000000abc");
+    EXPECT_EQ(number_with(product, " PF-1 2\n"), "PF-1 2");
+}
+
+TEST_F(SystemTest, TheTemporaryFolderIsTheUsersAlone) {
+    const Environment where("TMPDIR", folder.Path());
+    const std::string name = "varnith-" + std::to_string(geteuid());
+    const std::string place = folder / name;
+    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
+    const auto mode = [&] { return TreeOf(folder.Path()).at(name); };
+
+    fs::permissions(folder.Folder("elsewhere"), fs::perms::owner_all);
+    fs::create_directory_symlink(folder / "elsewhere", place);
     EXPECT_FALSE(is_taken()) << "a link";
     fs::remove(place);
-    parent.File(name, "a file");
+    folder.File(name, "a file");
     EXPECT_FALSE(is_taken()) << "a file";
     fs::remove(place);
-
     EXPECT_EQ(varnith::TemporaryFolder()->AbsolutePath(), place);
-    EXPECT_EQ(TreeOf(parent.Path()).at(name), "700/");
-    for (const auto& [mode, taken] :
+    EXPECT_EQ(mode(), "700/");
+    for (const auto& [bits, taken] :
          {std::pair(0777u, false), {0720u, false}, {0702u, false}, {0755u, true}}) {
-        fs::permissions(place, fs::perms(mode));
-        EXPECT_EQ(is_taken(), taken) << std::oct << mode;
+        fs::permissions(place, fs::perms(bits));
+        EXPECT_EQ(is_taken(), taken) << std::oct << bits;
     }
-    EXPECT_EQ(TreeOf(parent.Path()).at(name), "700/");
-    const OthersDisk disk;
-    const FileSystem::Replacement in_force(disk);
+    EXPECT_EQ(mode(), "700/");
+    others = true;
     EXPECT_FALSE(is_taken()) << "someone else's";
 }
 
-class LaunchTest : public testing::Test {
-  protected:
-    ~LaunchTest() override {
-        for (const pid_t process : Started(0)) kill(process, SIGKILL);
-    }
-
-    // A program that reads its input, notes down its process, and waits to be ended.
-    void Program(const std::string& name) const {
-        const std::string path = folder.File(
-            name, "#!/bin/sh\ncat\necho $$ >>'" + folder.Path() + "/started'\nexec tail -f /dev/null\n");
-        fs::permissions(path, fs::perms(0755));
-    }
-    // The processes, once there are so many.
-    std::vector<pid_t> Started(std::size_t count) const {
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        for (;;) {
-            std::ifstream lines(folder / "started");
-            const std::vector<pid_t> processes(std::istream_iterator<pid_t>(lines), {});
-            if (processes.size() >= count || std::chrono::steady_clock::now() > limit) return processes;
-            std::this_thread::yield();
-        }
-    }
-    void Launch(const std::string& name) const {
-        LaunchApplication(FolderItem::FromPath(folder / name), true);
-    }
-
-    TemporaryFolder folder;
+TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
+    const TemporaryFolder folder;
     TestDesktop desktop;
-    Desktop::InForce in_force{desktop};
-};
+    const Desktop::InForce in_force(desktop);
+    const auto launch = [&](const char* name) {
+        LaunchApplication(FolderItem::FromPath(folder / name), true);
+    };
+    const auto program = [&](const char* name, const std::string& bytes) {
+        fs::permissions(folder.File(name, bytes), fs::perms(0755));
+    };
+    folder.File("a file", "#!/bin/sh\n");
+    program("Broken.app/Contents/MacOS/Program", "\x7F" + std::string("ELF"));
+    for (const char* name : {"a file", ".", "missing", "Broken.app"})
+        for (int i = 0; i < 2; ++i) launch(name);
+    EXPECT_TRUE(desktop.brought_to_front.empty()) << "nothing has been started";
 
-TEST_F(LaunchTest, StartsOneProcessAndBringsItToTheFront) {
-    Program("New Name/Contents/MacOS/Program");
+    // It reads its input, notes down its process, and waits to be ended.
+    program("New Name/Contents/MacOS/Program",
+            "#!/bin/sh\ncat\necho $$ >>'" + folder / "started" + "'\nexec tail -f /dev/null\n");
     folder.File("New Name/Contents/MacOS/A file");
     const FileHandle not_handed_on(dup(STDERR_FILENO));
-    for (int i = 0; i < 3; ++i) Launch("New Name");
-    ASSERT_EQ(Started(1).size(), 1u);
-    const pid_t process = Started(1).front();
+    for (int i = 0; i < 3; ++i) launch("New Name");
+    std::vector<pid_t> started;
+    const auto have_started = [&](std::size_t count) {
+        std::ifstream lines(folder / "started");
+        started.assign(std::istream_iterator<pid_t>(lines), {});
+        return started.size() >= count;
+    };
+    RunThreadsUntil([&] { return have_started(1); });
+    const pid_t process = started.at(0);
     EXPECT_EQ(desktop.brought_to_front, (std::vector<std::int64_t>{process, process}));
     EXPECT_EQ(getsid(process), process) << "it would end with this program's terminal";
     const fs::directory_iterator files("/proc/" + std::to_string(process) + "/fd");
     EXPECT_LE(std::distance(begin(files), end(files)), 4) << "the shell has its script open too";
 
     kill(process, SIGKILL);
-    while (kill(process, 0) == 0) Launch("New Name");
-    EXPECT_EQ(Started(2).size(), 2u);
-}
-
-TEST_F(LaunchTest, WhatIsNoProgramIsNotStarted) {
-    folder.File("a file", "#!/bin/sh\n");
-    folder.Folder("a folder");
-    fs::permissions(folder.File("Broken.app/Contents/MacOS/Program",
-                                "\x7F"
-                                "ELF"),
-                    fs::perms(0755));
-    for (const char* name : {"a file", "a folder", "missing", "Broken.app"})
-        for (int i = 0; i < 2; ++i) Launch(name);
-    EXPECT_TRUE(desktop.brought_to_front.empty());
+    while (kill(process, 0) == 0) launch("New Name");
+    RunThreadsUntil([&] { return have_started(2); });
+    EXPECT_EQ(started.size(), 2u);
+    kill(started.back(), SIGKILL);
 }
 
 }  // namespace
