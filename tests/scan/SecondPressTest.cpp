@@ -35,6 +35,7 @@ TEST_F(SecondPressTest, EndsTheScanInWhateverState) {
     const State states[] = {
         {"Idle", [] {}, first, "Varnith - Testix - Finished", "|first|1 file(s)|All,tiff", first},
         {"Walking", walk, two, "Processing Item: b.tif", "|old|1 file(s)|All,tiff", first},
+        {"Dialog open", walk, two, "Processing Item: b.tif", "|old|1 file(s)|All,tiff", first},
         {"Killed", kill, two, "Processing Item: b.tif", "|old|1 file(s)|All,tiff", first},
         {"Finishing: types", index, three, "Processing Item: c.tif", "|old|1 file(s)|All,tiff", first},
         {"Finishing: save", save, three, "Processing Item: c.tif", "|old|1 file(s)|All,tif", {}}};
@@ -48,9 +49,6 @@ TEST_F(SecondPressTest, EndsTheScanInWhateverState) {
         for (const auto& [folder, subfolders] : presses)
             Start([&] {
                 SCOPED_TRACE(name + " " + folder.value_or("cancel") + (subfolders ? "" : ", unticked"));
-                Scan(documents / "first", true);
-                reach();
-                Main().CheckBox4.SetValue(subfolders);
                 const auto ended = [&] {
                     EXPECT_FALSE(Scheduler::Current().UntilNextTurn());
                     EXPECT_EQ(Rows(), rows);
@@ -58,9 +56,17 @@ TEST_F(SecondPressTest, EndsTheScanInWhateverState) {
                     EXPECT_EQ(SavedRows(), saved);
                     EXPECT_FALSE(Saving());
                 };
-                desktop.choose = [&] { return ended(), folder; };
-                Main().PushButton2.Press();
-                RunThreads();
+                const auto press = [&] {
+                    Main().CheckBox4.SetValue(subfolders);
+                    desktop.choose = [&] { return ended(), folder; };
+                    Main().PushButton2.Press();
+                    RunThreads();
+                    return std::nullopt;
+                };
+                Scan(documents / "first", true);
+                reach();
+                desktop.choose = press;
+                name == "Dialog open" ? Main().PushButton2.Press() : static_cast<void>(press());
                 if (folder != fresh) return ended();
                 const Lines tree = {"n.tif|3|new|tif", "s.tif|3|new/sub|tif"};
                 EXPECT_EQ(Rows(), subfolders ? tree : Lines{tree[0]});
@@ -69,21 +75,6 @@ TEST_F(SecondPressTest, EndsTheScanInWhateverState) {
                                               : title + "|new|1 file(s)|All,tif");
             });
     EXPECT_EQ(desktop.messages, Lines());
-}
-
-TEST_F(SecondPressTest, WhileTheDialogIsOpen) {
-    Start([&] {
-        ScanOldUntil([&] { return Walking(); });
-        desktop.choose = [&] {
-            if (desktop.dialogs == 3) return documents / "first";
-            Main().PushButton2.Press();
-            return documents / "new";
-        };
-        Main().PushButton2.Press();
-        RunThreads();
-        EXPECT_EQ(desktop.dialogs, 3);
-        EXPECT_EQ(Rows(), (Lines{"n.tif|3|new|tif", "s.tif|3|new/sub|tif"}));
-    });
 }
 
 TEST_F(SecondPressTest, ASaveWritesTheListAsItThenIs) {

@@ -12,18 +12,11 @@ class Environment {
   public:
     Environment(const char* name, const std::string& value) : name_(name) {
         if (const char* previous = getenv(name)) previous_ = previous;
-        Set(value);
+        setenv(name, value.c_str(), 1);
     }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
-    ~Environment() {
-        if (previous_)
-            Set(*previous_);
-        else
-            unsetenv(name_);
-    }
-
-    void Set(const std::string& value) const { setenv(name_, value.c_str(), 1); }
+    ~Environment() { previous_ ? setenv(name_, previous_->c_str(), 1) : unsetenv(name_); }
 
   private:
     const char* name_;

@@ -1,11 +1,9 @@
 #include "support/ProgramTest.h"
 
 #include <chrono>
-#include <memory>
-
-#include <sqlite3.h>
 
 #include "app/Start.h"
+#include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
 #include "settings/Prefs.h"
 
@@ -31,8 +29,6 @@ ProgramTest::ProgramTest() {
     disk.elsewhere["/etc/os-release"] = application.File("os-release", "NAME=Testix\n");
     Scheduler::Current().SetSlice(std::chrono::milliseconds(0));
 }
-
-ProgramTest::~ProgramTest() = default;
 
 int ProgramTest::Start(const std::function<void()>& user) {
     desktop.user = user;
@@ -89,20 +85,15 @@ std::string ProgramTest::Texts() const {
 }
 
 Lines ProgramTest::SavedRows() const {
-    sqlite3* opened = nullptr;
-    sqlite3_open_v2((application / "varnth").c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
-    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> database(opened, sqlite3_close_v2);
-    sqlite3_stmt* prepared = nullptr;
-    const char* query = "select name, pagecount, filepath, filetype from preferences order by rowid";
-    if (sqlite3_prepare_v2(opened, query, -1, &prepared, nullptr) != SQLITE_OK)
-        return {sqlite3_errmsg(opened)};
-    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement(prepared, sqlite3_finalize);
-    const auto text = [&](int column) {
-        return std::string(reinterpret_cast<const char*>(sqlite3_column_text(prepared, column)));
-    };
+    Database database;
+    database.SetDatabaseFile(FolderItem::FromPath(application / "varnth"));
+    database.Connect();
+    const auto records = database.SQLSelect("select * from preferences order by rowid");
+    if (!records) return {"no saved rows"};
     Lines rows;
-    while (sqlite3_step(prepared) == SQLITE_ROW)
-        rows.push_back(text(0) + "|" + text(1) + "|" + FromDocuments(text(2)) + "|" + text(3));
+    for (; !records->Eof(); records->MoveNext())
+        rows.push_back(records->Field("name") + "|" + records->Field("pagecount") + "|" +
+                       FromDocuments(records->Field("filepath")) + "|" + records->Field("filetype"));
     return rows;
 }
 

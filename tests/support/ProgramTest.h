@@ -28,7 +28,6 @@ void RunThreads();
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest();
-    ~ProgramTest() override;
 
     // Starts the program, lets the user work, and ends it. Returns the exit status.
     int Start(const std::function<void()>& user);
@@ -48,7 +47,7 @@ class ProgramTest : public testing::Test {
     static std::string Ticks();
     // What else the window shows: "title|address|file count|popup,entries".
     std::string Texts() const;
-    // The saved rows in the form of Rows, as another program reads them; or what keeps it from that.
+    // The saved rows in the form of Rows, as another handle of the file reads them.
     Lines SavedRows() const;
 
     TemporaryFolder application;

@@ -23,15 +23,20 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::string TemporaryFolder::File(const std::string& name, const std::string& bytes) const {
-    const std::filesystem::path path = path_ / name;
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path.string();
+    return WriteFile(path_ / name, bytes);
 }
 
 std::string TemporaryFolder::Folder(const std::string& name) const {
     std::filesystem::create_directories(path_ / name);
     return (path_ / name).string();
+}
+
+std::string WriteFile(const std::filesystem::path& path, const std::string& bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream file(path, std::ios::binary);
+    file.exceptions(std::ios::badbit | std::ios::failbit);
+    file << bytes << std::flush;
+    return path.string();
 }
 
 std::string BytesOf(const std::string& path) {

@@ -66,7 +66,8 @@ class TestDesktop : public Desktop {
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
-        return choose ? choose() : std::nullopt;
+        const auto answer = choose;  // which may open a dialog that gets another answer
+        return answer ? answer() : std::nullopt;
     }
     std::optional<std::string> ChooseFileToWrite(const std::string& filter,
                                                  const std::string& name) override {

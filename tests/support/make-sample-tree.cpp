@@ -1,15 +1,11 @@
 #include <cstdio>
-#include <exception>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <utility>
 
+#include "support/TemporaryFolder.h"
 #include "support/TiffFile.h"
 
 // Makes a small tree of TIFF files below a folder, with what a scan meets in practice: nested folders, names
 // in several scripts, both byte orders, BigTIFF, a damaged file, hidden ones and files of other kinds.
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
     if (argc != 2) {
         std::fputs("usage: make-sample-tree FOLDER\n", stderr);
         return 2;
@@ -34,15 +30,6 @@ int main(int argc, char** argv) try {
         {"maps/legend.txt", "1 : 25 000\n"},
         {"read me.txt", "Scanned in spring.\n"},
     };
-    for (const auto& [name, bytes] : files) {
-        const std::filesystem::path path = std::filesystem::path(argv[1]) / name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream file(path, std::ios::binary);
-        file.exceptions(std::ios::badbit | std::ios::failbit);
-        file << bytes << std::flush;
-    }
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "make-sample-tree: %s\n", error.what());
-    return 1;
+    for (const auto& [name, bytes] : files)
+        varnith::test::WriteFile(std::filesystem::path(argv[1]) / name, bytes);
 }
