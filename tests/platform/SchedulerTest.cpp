@@ -1,4 +1,5 @@
 #include <functional>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -7,37 +8,30 @@
 
 namespace varnith::test {
 
-struct Script : Thread {
-    explicit Script(std::function<void()> b) : body(std::move(b)) {}
-    std::function<void()> body;
-    void Event_Run() override { body(); }
-};
-
 struct SchedulerTest : testing::Test {
+    struct Script : Thread {
+        std::function<void()> body;
+        void Event_Run() override { body(); }
+    };
+
     SchedulerTest() { scheduler.SetSlice(std::chrono::milliseconds(0)); }
     ~SchedulerTest() override { scheduler.KillAll(); }
 
-    static Ref<Script> Run(std::function<void()> body) {
-        const auto thread = MakeRef<Script>(std::move(body));
+    // A started thread that does something that often, with a yield point behind each time, and writes a dot
+    // when its stack is left, in whatever way.
+    Ref<Script> Run(int steps, const std::function<void()>& step) {
+        const auto thread = MakeRef<Script>();
+        thread->body = [this, steps, step] {
+            const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
+            for (int i = 0; i < steps; ++i, Yield()) step();
+        };
         thread->Run();
         return thread;
     }
-    // A started thread that writes its letter that often, with a yield point behind each, and a dot when its
-    // stack is left, in whatever way.
     Ref<Script> Writer(char letter, int steps) {
-        return Run([this, letter, steps] {
-            const auto write_dot = [this](const char*) { log += '.'; };
-            const std::unique_ptr<const char, decltype(write_dot)> dot(".", write_dot);
-            for (int i = 0; i < steps; ++i) {
-                log += letter;
-                Yield();
-            }
-        });
+        return Run(steps, [this, letter] { log += letter; });
     }
-    std::string LogAfter(int turns) {
-        while (turns-- > 0) scheduler.Turn();
-        return log;
-    }
+    std::string LogAfterTurn() { return scheduler.Turn(), log; }
 
     Scheduler& scheduler = Scheduler::Current();
     std::string log;
@@ -48,32 +42,29 @@ TEST_F(SchedulerTest, SwitchesAtYieldPointsOnlyAndWhenTheSliceIsUsedUp) {
     const auto b = Writer('b', 2);
     a->Run();
     EXPECT_EQ(log, "") << "a body starts with the next turn";
-    EXPECT_EQ(LogAfter(1), "ab");
+    EXPECT_EQ(LogAfterTurn(), "ab");
     Yield();
     EXPECT_EQ(log, "abab") << "a yield point in an event handler gives the threads a turn";
-    EXPECT_EQ(LogAfter(3), "ababa..") << "a thread that runs is not run a second time";
+    EXPECT_EQ(LogAfterTurn(), "ababa.");
+    EXPECT_EQ(LogAfterTurn(), "ababa..") << "a thread that runs is not run a second time";
     scheduler.SetSlice(std::chrono::hours(1));
     a->Run();
-    EXPECT_EQ(LogAfter(1), "ababa..aaa.");
+    EXPECT_EQ(LogAfterTurn(), "ababa..aaa.");
 }
 
 TEST_F(SchedulerTest, KillEndsAThreadWhereItStandsAndUnwindsIt) {
     Writer('u', 1)->Kill();
     const auto a = Writer('a', 9);
-    scheduler.Turn();
+    EXPECT_EQ(LogAfterTurn(), "a");
     for (int i = 0; i < 2; ++i) a->Kill();
-    EXPECT_EQ(LogAfter(1), "a.");
+    EXPECT_EQ(LogAfterTurn(), "a.");
     a->Run();
-    EXPECT_EQ(LogAfter(1), "a.a") << "a killed thread can be run anew";
-    Ref<Script> victim;
-    const auto killer = Run([&] {
-        Yield();
-        victim->Kill();
-    });
-    victim = Writer('v', 9);
-    EXPECT_EQ(LogAfter(2), "a.aava.") << "killed by another thread in front of its turn";
+    EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be run anew";
+    a->Kill();
+    const auto killer = Run(1, [&] { a->Kill(); });
+    a->Run();
     Writer('w', 9);
-    EXPECT_EQ(LogAfter(1), "a.aava.a") << "a thread goes with its last Ref";
+    EXPECT_EQ(LogAfterTurn(), "a.a.") << "killed in front of its turn; and another went with its last Ref";
 }
 
 }  // namespace varnith::test

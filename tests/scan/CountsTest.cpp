@@ -59,15 +59,17 @@ TEST_F(CountsTest, AFileThatCannotBeOpenedKeepsTheCountOfTheFolderSoFar) {
         documents.File(name, TiffBytes(pages));
     documents.File("3.TIF", "damaged");
     documents.File("7.tif", TiffBytes(4).substr(0, 8));
+    documents.Folder("11.tif");
     const Lines tree = {"1.tif|0|.|tif", "2.tif|12|.|tif",    "3.TIF|12|.|TIF", "1.tif|0|4|tif",
                         "2.tif|5|4|tif", "1.tiff|0|4/3|tiff", "4.tif|5|4|tif",  "5.tif|12|.|tif",
                         "6.tif|3|.|tif", "7.tif|0|.|tif",     "8.tif|0|.|tif",  "10.tif|1|.|tif"};
     Lines top = tree;
     top.erase(top.begin() + 3, top.begin() + 7);
+    top.push_back("11.tif|1|.|tif");
     Start([&] {
         for (const auto& [rows, tags] :
              {std::pair(tree, Lines{"1", "2", "3", "1", "2", "1", "2", "3", "4", "5", "6", "7"}),
-              {top, Lines{"1", "2", "3", "4", "5", "6", "7", "8"}}}) {
+              {top, Lines{"1", "2", "3", "4", "5", "6", "7", "8", "9"}}}) {
             Scan(documents.Path(), rows == tree);
             EXPECT_EQ(Rows(), rows);
             EXPECT_EQ(Tags(), tags) << "a walk numbers each folder from 1, and goes on above from there";
