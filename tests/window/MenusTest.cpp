@@ -40,7 +40,8 @@ TEST_F(MenusTest, OpenWindowsOnceThatCloseByTheirKey) {
                 Press("w");
                 Press("shift+w");
                 Press(keys);
-                WaitFor([] { return MainIsInFront(); });
+                WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+                EXPECT_EQ(&Frame(), menus.window());
                 EXPECT_EQ(desktop.quit_status, std::nullopt) << entry->Text;
             }
             Press(keys);
@@ -166,11 +167,7 @@ TEST_F(MenusTest, SupportIsLaidOutAndFilledIn) {
         EXPECT_LT(clock.elapsed(), 5'000);
         w.EditField1.SetText("me@host.example");
         w.PushButton1.Press();
-        EXPECT_TRUE(
-            desktop.messages ==
-            (Lines{std::string(1 << 20, 'a') + " not valid email",
-                   "No internet connection. Please establish an internet connection and resubmit the form. "
-                   "Thank you."}));
+        EXPECT_EQ(desktop.messages.size(), 2u) << "of the address, and of the missing network";
         EXPECT_TRUE(frame.isVisible());
     });
 }

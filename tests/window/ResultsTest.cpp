@@ -10,20 +10,20 @@ class ResultsTest : public WindowTest {
         Scan(documents.Path(), false);
         WaitFor([&] { return Table().model()->rowCount() == rows; });
     }
-    // Does something with the menu that the next press brings up.
-    static void WithMenu(const std::function<void(QMenu&)>& work) {
-        auto* timer = new QTimer(QApplication::instance());
-        QObject::connect(timer, &QTimer::timeout, [work, timer] {
+    // Does something with the menu that the next press brings up, which closes it.
+    void WithMenu(const std::function<void(QMenu&)>& work) {
+        user_.disconnect();
+        user_.callOnTimeout([this, work] {
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             if (!menu) return;
-            timer->deleteLater();
-            timer->stop();
-            const QPointer<QMenu> still_there(menu);
+            user_.stop();
             work(*menu);
-            if (still_there) menu->close();
         });
-        timer->start(5);
+        user_.start(5);
     }
+
+  private:
+    QTimer user_;
 };
 
 TEST_F(ResultsTest, AnswersMouseAndKeys) {
@@ -66,12 +66,12 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         };
         click_heading(2);
         WaitFor([&] { return header->isSortIndicatorShown() && table.currentIndex().row() == 4; });
-        EXPECT_EQ(Shown(0, 1) + Shown(1, 1), "b9.tifb10.tif");
+        EXPECT_TRUE(Shown(0).starts_with("|b9.tif|") && Shown(1).starts_with("|b10.tif|"));
         EXPECT_EQ(list.ListIndex(), 4);  // the row that was highlighted, where it is now
         EXPECT_EQ(Tags()[4], "2*");
         click_heading(2);
         EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
-        EXPECT_EQ(Shown(0, 2), "12");
+        EXPECT_NE(Shown(0).find("|12|"), std::string::npos);
 
         // What is cut off shows as a tip, and nothing else does.
         table.scrollToTop();
@@ -81,9 +81,9 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
             QApplication::sendEvent(table.viewport(), &help);
             EXPECT_TRUE(QToolTip::text().contains(tip) && QToolTip::text().isEmpty() == (row == 1)) << row;
         }
-        std::string headings;
+        QString headings;
         for (int column = 0; column < 5; ++column)
-            headings += table.model()->headerData(column, Qt::Horizontal).toString().toStdString() + "|";
+            headings += table.model()->headerData(column, Qt::Horizontal).toString() + "|";
         EXPECT_EQ(headings, " |Name|Count|Path|Type|");
     });
 }
@@ -107,7 +107,7 @@ TEST_F(ResultsTest, MenuComesUpAtThePressAndTicks) {
         WithMenu([&](QMenu& menu) {
             const QRect row = table.visualRect(table.currentIndex());
             EXPECT_EQ(menu.pos(), table.viewport()->mapToGlobal(row.center()));
-            asked = true;
+            asked = menu.close();
         });
         Press("Menu");
         WaitFor([&] { return asked; });

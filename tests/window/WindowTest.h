@@ -50,22 +50,20 @@ class WindowTest : public ProgramTest {
     static QMainWindow& Frame(const std::string& title = "");
     // The window that an entry of the menus opens, in the middle of the screen.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
-    static bool MainIsInFront();
     // What stands in a window, a line "text left,top width,height" for each control.
     static Lines Layout(const QMainWindow& frame);
 
-    // The main window's table: what a user reads in a cell, and where it is.
+    // The main window's table, and where a cell of it is.
     static QTableView& Table() { return *Frame().findChild<QTableView*>(); }
-    static std::string Shown(int row, int column);
-    static QPoint Centre(int row, int column);
-
-    // What the window system says of a property of the main window.
-    static std::string Property(const char* name);
+    static QPoint Centre(int row, int column) {
+        return Table().visualRect(Table().model()->index(row, column)).center();
+    }
+    // What a user reads in a row, a "|" behind each cell.
+    static std::string Shown(int row);
 
     // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
-    static void Click(const QWidget& widget, const QPoint& place);
-    static void Click(const QWidget& widget) { Click(widget, widget.rect().center()); }
+    static void Click(const QWidget& widget);
     static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
 
     ScreenDesktop screen{desktop};
