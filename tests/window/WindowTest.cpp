@@ -115,11 +115,11 @@ TEST_F(WindowTest, TellsTheWindowManagerWhatGoesOn) {
         WaitFor([] { return Table().model()->rowCount() == 2; });
         EXPECT_EQ(Shown(0), "|a[*].tif|3|" + documents.Path() + "|tif|");
         EXPECT_EQ(Shown(1), "|b\u240A\uFFFD.tif|2|" + documents.Path() + "|tif|");
-        const Lines layout = Layout(frame);
-        EXPECT_EQ(layout[2], documents.Path() + " 72,7 438,22");
-        EXPECT_EQ(layout[4], "2 file(s) 624,643 132,20");
+        EXPECT_EQ(frame.findChild<QLineEdit*>()->text().toStdString(), documents.Path());
+        QString labels;
         for (const auto* label : frame.findChildren<QLabel*>())
-            EXPECT_EQ(label->alignment().testFlag(Qt::AlignRight), label->text() != "Address:");
+            labels += label->text() + (label->alignment() & Qt::AlignRight ? " right|" : " left|");
+        EXPECT_EQ(labels, "Address: left|2 file(s) right|Filter: right|");
         const auto& popup = *frame.findChild<QComboBox*>();
         EXPECT_EQ(popup.currentText() + "|" + popup.itemText(0) + "|" + popup.itemText(1), "|All|tif");
         Main().SetTitle("Processing Item: a[*].tif");
@@ -128,7 +128,7 @@ TEST_F(WindowTest, TellsTheWindowManagerWhatGoesOn) {
 }
 
 TEST_F(WindowTest, ScanGoesOnWhateverTheUserDoes) {
-    for (int i = 0; i < 20'000; ++i)
+    for (int i = 0; i < 2'000; ++i)
         documents.File("d" + std::to_string(i % 20) + "/" + std::to_string(i) + ".tif");
     Start([&] {
         QMainWindow& frame = Frame();
@@ -163,7 +163,7 @@ TEST_F(WindowTest, ScanGoesOnWhateverTheUserDoes) {
 
         Scheduler::Current().SetSlice(std::chrono::milliseconds(8));
         WaitFor([&] { return frame.windowTitle().endsWith(" - Finished"); });
-        EXPECT_EQ(Main().StaticText2.Text(), "20000 file(s)");
+        EXPECT_EQ(Main().StaticText2.Text(), "2000 file(s)");
         EXPECT_TRUE(Main().Listbox1.CellCheck(1, 0));
         Click(locate);
         WaitFor([&] { return desktop.dialogs == 2; });
