@@ -1,5 +1,4 @@
 #include "export/Exporter.h"
-#include "menus/About.h"
 #include "platform/ui/Application.h"
 #include "support/SupportWindow.h"
 #include "window/WindowTest.h"
@@ -17,7 +16,7 @@ std::string Entries(const QMenuBar& bar) {
         emit menu->menu()->aboutToShow();
         for (const QAction* entry : menu->menu()->actions()) {
             const QString text = entry->isSeparator() ? "-" : entry->text() + entry->shortcut().toString();
-            entries += entry->isEnabled() ? " " + text : " (" + text + ")";
+            entries += (entry->isEnabled() ? text : "(" + text + ")") + ";";
         }
     }
     return entries.toStdString();
@@ -30,10 +29,10 @@ TEST_F(MenusTest, OpenWindowsOnceThatCloseByTheirKey) {
             const QMenuBar& menus = *Frame().menuBar();
             for (const Ref<MenuItem>& entry :
                  {Main().FileExport(), Main().HelpSupport(), Ref<MenuItem>(Main().HelpAbout())}) {
-                EXPECT_EQ(Entries(menus), "&File: Export &QuitCtrl+QHelp: Support Visit Website - About");
+                EXPECT_EQ(Entries(menus), "&File:Export;&QuitCtrl+Q;Help:Support;Visit Website;-;About;");
                 const QMainWindow& frame = Opened(entry);
                 EXPECT_EQ(Entries(menus),
-                          "&File: (Export) &QuitCtrl+QHelp: (Support) (Visit Website) - (About)");
+                          "&File:(Export);&QuitCtrl+Q;Help:(Support);(Visit Website);-;(About);");
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &frame) << entry->Text;
                 // Had one of these closed it, the next would end the program.
