@@ -67,9 +67,12 @@ TEST_F(MenusTest, ExportIsWhiteAndAnswersReturn) {
 
 TEST_F(MenusTest, AboutTellsTheProgram) {
     Start([&] {
-        Frame();
-        Application::Current().Choose(Main().HelpVisitWebsite());
+        QMainWindow& main = Frame();
         QMainWindow& frame = Opened(Main().HelpAbout());
+        Application::Current().Choose(Main().HelpVisitWebsite());
+        EXPECT_EQ(desktop.urls, Lines()) << "grey behind another window";
+        main.activateWindow();
+        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
         Application::Current().Choose(Main().HelpVisitWebsite());
         EXPECT_EQ(frame.size(), QSize(305, 288));
         EXPECT_EQ(frame.windowTitle(), "About: Varnith - Testix");
