@@ -12,7 +12,7 @@ constexpr std::int32_t Tabs = 3;
 
 class ExporterTest : public ProgramTest {
   protected:
-    // "Export" is chosen, the format picked, the separator typed and "Save" pressed.
+    // "Export" is chosen, the format picked, the separator typed, "Save" pressed and the dialog answered.
     void Save(std::int32_t format, const std::string& separator, const std::optional<std::string>& path) {
         Application::Current().Choose(Main().FileExport());
         Exporter& window = *Exporter::Instance();
@@ -28,11 +28,9 @@ class ExporterTest : public ProgramTest {
         Save(format, separator, target);
         return BytesOf(target);
     }
-    // Whether the export window is still there. It is closed, for the next one.
-    static bool StoodOpen() {
-        const bool open = Application::Current().FrontWindow() != Ref<Window>(&Main());
-        if (open) Exporter::Instance()->Close();
-        return open;
+    // The format and separator in the export window, which opens if it isn't there.
+    static std::string Choice() {
+        return Str(Exporter::Instance()->PopupMenu1.ListIndex()) + Exporter::Instance()->EditField1.Text();
     }
 
     const std::string target = application / "out";
@@ -47,16 +45,17 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
     const std::string here = documents.Path();
     const std::string last = "\tc.tiff\t0\t" + here + "/sub\ttiff\t\t\r";
     const std::string all =
-        "\ta.tif\t3\t" + here + "\ttif\t\t\r\t" + odd + "\t12\t" + here + "\tTIF\t\t\r" + last;
+        "\t" + odd + "\t12\t" + here + "\tTIF\t\t\r\ta.tif\t3\t" + here + "\ttif\t\t\r" + last;
     Start([&] {
         EXPECT_EQ(Saved(Excel), "");
         Scan(documents.Path(), true);
+        for (int press = 0; press < 2; ++press) Main().Listbox1.PressHeading(2);
         EXPECT_EQ(Saved(Excel, ";"), all);
         EXPECT_EQ(Saved(Text, ";"), "");
-        for (const std::int32_t row : {0, 1}) Main().Listbox1.SetCellCheck(row, 0, true);
+        for (const std::int32_t row : {0, 1}) Main().Listbox1.ToggleCheck(row);
         EXPECT_EQ(Saved(Excel), all);
         const auto lines = [&](const std::string& s) {
-            return "a.tif" + s + "3" + s + here + s + "tif\n" + odd + s + "12" + s + here + s + "TIF\n";
+            return odd + s + "12" + s + here + s + "TIF\n" + "a.tif" + s + "3" + s + here + s + "tif\n";
         };
         for (const char* separator : {"", ";", ", ", "\xE2\x86\x92", "\xFF\n"})
             EXPECT_EQ(Saved(Text, separator), lines(separator));
@@ -64,34 +63,32 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
 
         Main().PopupMenu1.Pick(2);  // the type tiff; what a pick shows is unticked
         EXPECT_EQ(Saved(Tabs), "");
+        EXPECT_EQ(Saved(Excel), last);
         Main().Listbox1.ToggleCheck(0);
         EXPECT_EQ(Saved(Tabs), "c.tiff\t0\t" + here + "/sub\ttiff\n");
-        EXPECT_EQ(Saved(Excel), last);
+
         ExcelWritterExtension::saveAsExcelFile(Main().Listbox1, nullptr);
-        // Other lists are written in the form of the window's, and one with fewer columns can't be.
         Listbox narrow;
-        narrow.SetColumns("one\ttwo", ",");
-        ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target));
-        EXPECT_EQ(BytesOf(target), "");
+        narrow.SetColumns("one", "");
         narrow.AddRow("a");
         EXPECT_THROW(ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target)),
-                     OutOfBoundsException);
+                     OutOfBoundsException)
+            << "every list is written in the form of the window's";
     });
 }
 
 TEST_F(ExporterTest, WritesWholeRowsWhileAScanAppends) {
     for (int i = 0; i < 40; ++i) documents.File(std::to_string(i) + ".tif", TiffBytes(1));
     Start([&] {
-        const auto scan_three = [&] {
+        const auto saved_during_scan = [&](std::int32_t format) {
             Main().CheckBox4.SetValue(true);
             Locate(documents.Path());
             RunThreadsUntil([] { return Main().Listbox1.ListCount() == 3; });
+            Main().Listbox1.ToggleCheck(1);
+            return Saved(format);
         };
-        scan_three();
-        Main().Listbox1.SetCellCheck(1, 0, true);
-        EXPECT_EQ(Saved(Tabs), "1.tif\t1\t" + documents.Path() + "\ttif\n");
-        scan_three();
-        const std::string during = Saved(Excel);
+        EXPECT_EQ(saved_during_scan(Tabs), "1.tif\t1\t" + documents.Path() + "\ttif\n");
+        const std::string during = saved_during_scan(Excel);
         RunThreads();
         // Seven yields a row, at each of which the scan adds one: all are there when the first is written.
         EXPECT_EQ(during, Saved(Excel));
@@ -99,65 +96,32 @@ TEST_F(ExporterTest, WritesWholeRowsWhileAScanAppends) {
     });
 }
 
-TEST_F(ExporterTest, AsksWhereToSaveAndShowsTheFolder) {
+TEST_F(ExporterTest, ClosesBehindASaveAndOtherwiseStays) {
     const std::pair<std::int32_t, const char*> offers[] = {{Excel, "Excel Spreadsheet (*.xls)|Varnith.xls"},
                                                            {Text, "Text Export (*.txt)|Varnith.txt"},
                                                            {Tabs, "Text Export (*.txt)|Varnith.txt"}};
     Start([&] {
-        Save(0, "", target);
-        EXPECT_EQ(desktop.dialogs, 0);
-        EXPECT_TRUE(StoodOpen());
+        Save(0, ";", target);
+        EXPECT_EQ(desktop.dialogs + desktop.beeps, 0);
+        EXPECT_EQ(Choice(), "0;");
         for (const auto& [format, offer] : offers) {
-            Save(format, ";", std::nullopt);
-            EXPECT_EQ(offered, offer);
-            EXPECT_EQ(Exporter::Instance()->PopupMenu1.ListIndex(), format);
-            EXPECT_EQ(Exporter::Instance()->EditField1.Text(), ";");
-            EXPECT_TRUE(StoodOpen());
-            for (const std::string& bad : {application / "missing/out", application.Path()}) {
-                Save(format, ";", bad);
-                EXPECT_TRUE(StoodOpen()) << bad;
+            const std::optional<std::string> no_files[] = {std::nullopt, application / "missing/out",
+                                                           application.Path()};
+            for (const auto& no_file : no_files) {
+                Save(format, ";", no_file);
+                EXPECT_EQ(offered, offer);
+                EXPECT_EQ(Choice(), Str(format) + ";");
             }
-            EXPECT_TRUE(desktop.opened.empty());
+            EXPECT_EQ(desktop.opened, Lines());
 
             application.File("out", std::string(100, 'x'));
             EXPECT_EQ(Saved(format), "") << "what was there is replaced";
-            EXPECT_FALSE(StoodOpen());
             EXPECT_EQ(desktop.opened, Lines({application.Path()}));
             desktop.opened.clear();
+            EXPECT_EQ(Application::Current().FrontWindow(), Ref<Window>(&Main()));
         }
-        EXPECT_EQ(Exporter::Instance()->PopupMenu1.ListIndex(), 0);
-        EXPECT_EQ(Exporter::Instance()->EditField1.Text(), "");
+        EXPECT_EQ(Choice(), "0");
         EXPECT_TRUE(desktop.messages.empty());
-    });
-}
-
-TEST_F(ExporterTest, StandsInFrontOnceAndClosesByKey) {
-    Start([&] {
-        const auto export_again = [&] {
-            Application::Current().Choose(Main().FileExport());
-            EXPECT_EQ(Application::Current().FrontWindow(), Exporter::Instance());
-            EXPECT_FALSE(Application::Current().IsEnabled(*Main().FileExport()));
-            return Exporter::Instance();
-        };
-        const Ref<Exporter> window = export_again();
-        EXPECT_EQ(std::pair(window->Left(), window->Top()), std::pair(385, 294));
-        std::string places;
-        for (const Control* control : window->Controls()) {
-            const Bounds& b = control->CurrentBounds();
-            for (const std::int32_t value : {b.Left, b.Top, b.Width, b.Height}) places += Str(value) + " ";
-        }
-        EXPECT_EQ(places, "21 14 72 20 22 40 211 20 22 72 75 20 22 97 127 22 88 131 80 20 ");
-        Main().Show();
-        EXPECT_EQ(export_again(), window);
-        window->PressKey("w");
-        EXPECT_EQ(Application::Current().FrontWindow(), window);
-        for (bool TestDesktop::*modifier : {&TestDesktop::command_key, &TestDesktop::control_key}) {
-            desktop.*modifier = true;
-            EXPECT_FALSE(export_again()->PressKey("W"));
-            desktop.*modifier = false;
-            EXPECT_FALSE(StoodOpen());
-        }
-        EXPECT_FALSE(desktop.quit_status);
     });
 }
 

@@ -1,28 +1,19 @@
 #include <filesystem>
-#include <memory>
 
-#include <gtest/gtest.h>
-#include <stdio.h>
-#include <sys/fsuid.h>
-#include <sys/stat.h>
-
+#include "platform/system/Shell.h"
 #include "settings/Prefs.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
 
-// What the sqlite3 shell, as another program, reads from a file.
-std::string Shell(const std::string& path, const std::string& statement) {
-    const std::string command = "sqlite3 '" + path + "' \"" + statement + "\"";
-    const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(command.c_str(), "r"), pclose);
-    std::string text;
-    for (int c; (c = fgetc(output.get())) != EOF;) text += static_cast<char>(c);
-    return text;
+// What another program reads from a file.
+std::string Read(const std::string& path, const std::string& statement) {
+    Shell shell;
+    shell.Execute("sqlite3 '" + path + "' \"" + statement + "\"");
+    return shell.Result();
 }
 
-constexpr auto AllRows = "select name, value from preferences order by name";
-
-class PrefsTest : public testing::Test {
+class PrefsTest : public ProgramTest {
   protected:
     PrefsTest() { StartAnew(path); }
     ~PrefsTest() override { StartAnew(""); }
@@ -32,9 +23,13 @@ class PrefsTest : public testing::Test {
         Prefs::db = nullptr;
         Prefs::file = settings_path.empty() ? nullptr : FolderItem::FromPath(settings_path);
     }
+    // Reads give the default, writes are lost.
+    static void ExpectNothingKept() {
+        Prefs::SetValue("name", true, "value");
+        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
+    }
 
-    TemporaryFolder folder;
-    const std::string path = folder / "varnth";
+    const std::string path = home / "varnth";
 };
 
 TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
@@ -50,48 +45,31 @@ TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
         EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), "default") << name;
         for (const char* each : {"first", value}) Prefs::SetValue(name, prefix_wanted, each);
     }
-    for (int run = 0; run < 2; ++run) {
-        for (const auto& [name, prefix_wanted, value] : written)
-            EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
-        StartAnew(path);
-    }
-    EXPECT_EQ(Shell(path, "select sql from sqlite_master"),
-              "CREATE TABLE preferences (name varchar, value varchar)\n");
-    EXPECT_EQ(Shell(path, "select count(*), count(distinct name) from preferences"), "7|7\n");
-    EXPECT_EQ(Shell(path, "select name, value from preferences where value = '2008-06-24'"),
-              "VRNTH-lastupdatecheck|2008-06-24\n");
+    StartAnew(path);
+    for (const auto& [name, prefix_wanted, value] : written)
+        EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
+    EXPECT_EQ(Read(path,
+                   "select sql from sqlite_master;"
+                   "select count(*), count(distinct name) from preferences;"
+                   "select name from preferences where value = '2008-06-24'"),
+              "CREATE TABLE preferences (name varchar, value varchar)\n7|7\nVRNTH-lastupdatecheck\n");
 }
 
 TEST_F(PrefsTest, TakesAnExistingFileAsItStands) {
-    Shell(path, "create table preferences (name, value); insert into preferences values ('', 'x'), ('n', 7)");
+    Read(path, "create table preferences (name, value); insert into preferences values ('', 'x'), ('n', 7)");
     EXPECT_EQ(Prefs::Value("n", false, "default"), "7");
     EXPECT_EQ(Prefs::Value("", false, "default"), "default") << "a row without a name counts as none";
-
-    StartAnew(folder / "without table");
-    Shell(folder / "without table", "create table other (x)");
-    EXPECT_THROW(Prefs::Value("n", false, "default"), NilObjectException);
-    EXPECT_THROW(Prefs::SetValue("n", false, "x"), NilObjectException);
 }
 
 TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
-    // A value can't be kept: reads give the default, writes are lost.
-    const auto expect_nothing_kept = [] {
-        Prefs::SetValue("name", true, "value");
-        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
-    };
     StartAnew("");
-    expect_nothing_kept();
-    StartAnew(folder.File("garbage", std::string(5000, 'x')));
-    expect_nothing_kept();
-    EXPECT_EQ(BytesOf(folder / "garbage"), std::string(5000, 'x'));
-
-    const std::string unwritable = folder.Folder("unwritable");
-    ASSERT_EQ(chmod(folder.Path().c_str(), 0755) | chmod(unwritable.c_str(), 0555), 0);
-    StartAnew(unwritable + "/varnth");
-    const auto self = static_cast<uid_t>(setfsuid(65534));  // the permissions don't hold for root
-    expect_nothing_kept();
-    setfsuid(self);
-    ASSERT_EQ(chmod(unwritable.c_str(), 0755), 0);
+    ExpectNothingKept();
+    StartAnew(home.File("garbage", std::string(5000, 'x')));
+    ExpectNothingKept();
+    EXPECT_EQ(BytesOf(home / "garbage"), std::string(5000, 'x'));
+    StartAnew(home / "later/varnth");
+    ExpectNothingKept();
+    home.Folder("later");
     Prefs::SetValue("name", true, "value");
     EXPECT_EQ(Prefs::Value("name", true, "default"), "value");
 }
@@ -108,23 +86,22 @@ TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
     other.SQLExecute("rollback");
 
     other.SQLExecute("begin transaction");
-    other.SQLSelect(AllRows);
+    other.SQLSelect("select * from preferences");
     Prefs::SetValue("name", false, "lost, while the other reads");
     other.SQLExecute("insert into preferences values ('other', 'written')");
     other.Commit();
-    EXPECT_EQ(Shell(path, AllRows), "name|old\nother|written\n");
+    EXPECT_EQ(Prefs::Value("name", false, "default"), "old");
+    EXPECT_EQ(Prefs::Value("other", false, "default"), "written");
     Prefs::SetValue("name", false, "new");
-    EXPECT_EQ(Shell(path, AllRows), "name|new\nother|written\n");
+    EXPECT_EQ(Prefs::Value("name", false, "default"), "new");
 }
 
-TEST_F(ProgramTest, NamesTheSettingsFileWhenItStarts) {
-    ASSERT_EQ(setenv("HOME", home.Path().c_str(), 1), 0);
-    const std::string configured = home / "some/where";
+TEST_F(PrefsTest, LieInTheFolderOfTheUsersSettings) {
+    const Environment home_folder("HOME", home.Path());
     const std::pair<std::string, std::string> cases[] = {
-        {configured, configured}, {"", home / ".config"}, {"relative", home / ".config"}};
+        {home / "some/where", home / "some/where"}, {"", home / ".config"}, {"relative", home / ".config"}};
     for (const auto& [value, expected] : cases) {
-        ASSERT_EQ(setenv("XDG_CONFIG_HOME", value.c_str(), 1), 0);
-        Prefs::file = nullptr;
+        const Environment configuration("XDG_CONFIG_HOME", value);
         Start([] {});
         EXPECT_EQ(Prefs::file->AbsolutePath(), expected + "/varnth");
         EXPECT_EQ(std::filesystem::status(expected).permissions(), std::filesystem::perms::owner_all);

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QLabel>
-#include <QMainWindow>
-#include <QTableView>
 #include <QTest>
 #include <QtWidgets>
 #include <functional>
@@ -13,10 +10,11 @@
 
 namespace varnith::test {
 
-// The real desktop, but for the dialogs, which answer as the script says, and for the end of the event loop.
+// The real desktop, but for what would leave the program, which is the script's to answer, and for the end of
+// the event loop.
 class ScreenDesktop : public QtDesktop {
   public:
-    explicit ScreenDesktop(TestDesktop& script) : QtDesktop(ArgumentCount(), Arguments()), script_(script) {}
+    explicit ScreenDesktop(TestDesktop& script) : QtDesktop(argument_count_, arguments_), script_(script) {}
 
     int RunEventLoop() override { return script_.RunEventLoop(); }
     void Quit(int status) override { script_.Quit(status); }
@@ -33,15 +31,9 @@ class ScreenDesktop : public QtDesktop {
 
   private:
     // They outlive every desktop, as Qt wants it.
-    static int& ArgumentCount() {
-        static int count = 1;
-        return count;
-    }
-    static char** Arguments() {
-        static char name[] = "Varnith";
-        static char* arguments[] = {name, nullptr};
-        return arguments;
-    }
+    static inline char name_[] = "Varnith";
+    static inline char* arguments_[] = {name_, nullptr};
+    static inline int argument_count_ = 1;
 
     TestDesktop& script_;
 };
@@ -54,22 +46,25 @@ class WindowTest : public ProgramTest {
         ASSERT_TRUE(QTest::qWaitFor(condition, 10'000));
     }
 
-    // The window once it is shown and active, and the widgets in it by class.
-    static QMainWindow& Frame();
+    // The window of that title, or else the main window, once it is in front.
+    static QMainWindow& Frame(const std::string& title = "");
+    // The window that an entry of the menus opens, in the middle of the screen.
+    static QMainWindow& Opened(const Ref<MenuItem>& entry);
+    // What stands in a window, a line "text left,top width,height" for each control.
+    static Lines Layout(const QMainWindow& frame);
+
+    // The main window's table, and where a cell of it is.
     static QTableView& Table() { return *Frame().findChild<QTableView*>(); }
-    template <class Widget>
-    static Widget& Find(const QString& text) {
-        for (auto* widget : Frame().findChildren<Widget*>())
-            if (widget->text() == text) return *widget;
-        throw std::runtime_error("no widget " + text.toStdString());
+    static QPoint Centre(int row, int column) {
+        return Table().visualRect(Table().model()->index(row, column)).center();
     }
+    // What a user reads in a row, a "|" behind each cell.
+    static std::string Shown(int row);
 
-    // What a user reads in a cell, and where it is in the table.
-    static std::string Shown(int row, int column);
-    static QPoint Centre(int row, int column);
-
-    // What the window system says of a property of the window.
-    static std::string Property(const char* name);
+    // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
+    static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
+    static void Click(const QWidget& widget);
+    static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
 
     ScreenDesktop screen{desktop};
 
