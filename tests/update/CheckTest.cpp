@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <limits>
 
 #include "settings/Prefs.h"
 #include "update/UpdateChecker.h"
@@ -32,13 +31,7 @@ class CheckTest : public UpdateTest {
 };
 
 TEST_F(CheckTest, OffersOnlyAGreaterNumber) {
-    constexpr std::int32_t Most = std::numeric_limits<std::int32_t>::max();
-    struct Case {
-        Running::Version running;
-        Lines greater;
-        Lines not_greater;
-    };
-    const Case cases[] = {
+    const std::tuple<Running::Version, Lines, Lines> cases[] = {
         {{1, 2, 2}, {"1.2.3", "1.2.3b4", "2"}, {"1.2.2", "1.2.2.9", "1.2", "-2.0.0"}},
         // The parts carry into each other.
         {{1, 9, 0}, {"1.10.0", "1.9.100", "1.8.101"}, {"1.9", "1.8.100", "0.19"}},
@@ -47,7 +40,7 @@ TEST_F(CheckTest, OffersOnlyAGreaterNumber) {
         {{0, 0, 0}, {".1"}, {"", "new"}},
         // What does not fit is the greatest number, or the least.
         {{2147483, 6, 46}, {"2147483.6.47", "1e999", "0.0.2147483648"}, {"-1e999", "1e999.-1e999"}},
-        {{Most, Most, Most}, {}, {"99999999999999999999"}},
+        {{2147483647, 2147483647, 2147483647}, {}, {"99999999999999999999"}},
     };
     for (const auto& [running, greater, not_greater] : cases) {
         for (const std::string& version : greater)
@@ -73,17 +66,12 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
     // Where nobody can be.
     const std::string url = "http://127.0.0.1:70000/New.tar.gz?a=b";
     const std::string newer = "version=1.2.4\ndownload-mac=" + url;
-    struct Case {
-        const char* last_check;
-        std::string page;
-        std::string offered;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {nullptr, "", "no offer"},
         {"", "HTTP/1.1 200 OK\r\nCont", "no offer"},
         {"2008-06-24", Page(""), "no offer"},
-        {"no date", Page("<h1>404</h1>", "404 Not Found"), "no offer"},
-        {today.c_str(), Page("sorry\n" + newer, "500 Internal Server Error"), url},
+        {"no date", Page("<h1>404</h1>", 12, "404 Not Found"), "no offer"},
+        {today.c_str(), Page(newer, newer.size(), "500 Internal Server Error"), url},
         {today.c_str(), Page("version=1.2.4"), ""},
     };
     for (const auto& [last_check, page, offered] : cases) {

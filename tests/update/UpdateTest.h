@@ -16,13 +16,12 @@ namespace varnith::test {
 
 class UpdateTest : public ProgramTest {
   protected:
-    // Serves the events that come in until the condition holds; fails the test when it takes too long.
+    // Serves the events that come in until the condition holds.
     static void PumpUntil(const std::function<bool()>& condition) {
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition()) {
-            ASSERT_LT(std::chrono::steady_clock::now(), limit) << "what was waited for does not come";
+        RunThreadsUntil([&] {
             Desktop::Current().DoEvents(5);
-        }
+            return condition();
+        });
     }
 
     // Answers so many requests, one after the other, each with a page, head and all.
@@ -36,10 +35,12 @@ class UpdateTest : public ProgramTest {
         });
     }
     bool HasServed() const { return served_.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
-    static std::string Page(const std::string& body, const std::string& status = "200 OK") {
-        return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
-               body;
+    // A page of a length that is announced so.
+    static std::string Page(const std::string& body, std::size_t length, const char* status = "200 OK") {
+        return std::string("HTTP/1.1 ") + status + "\r\nContent-Length: " + std::to_string(length) +
+               "\r\n\r\n" + body;
     }
+    static std::string Page(const std::string& body) { return Page(body, body.size()); }
 
     // The page of a data file that names a newer version, its download being one of that name.
     static std::string Newer(const std::string& name) {
