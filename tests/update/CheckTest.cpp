@@ -11,8 +11,7 @@ namespace {
 
 class CheckTest : public UpdateTest {
   protected:
-    class Running : public Application {
-      public:
+    struct Running : Application {
         using Application::SetVersion, Application::Version;
     };
 
@@ -55,7 +54,6 @@ TEST_F(CheckTest, ReadsTheDataFileLineByLine) {
         {"version=2\r\n\ndownload-mac=http://x/y?a=b&c=d\nbuild-date=2008-06-24", "http://x/y?a=b&c=d"},
         {" \tversion = 2\t\rdownload-mac=  two  words \r", "two  words"},
         {"download-mac\nno value\n=no key\nversion=2", ""},
-        {"version=1\nversion=2\n", ""},
         {"version=2\nversion=1\n", "no offer"},
         {"# version=2", "no offer"},
     };
@@ -70,8 +68,8 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         {nullptr, "", "no offer"},
         {"", "HTTP/1.1 200 OK\r\nCont", "no offer"},
         {"2008-06-24", Page(""), "no offer"},
-        {"no date", Page("<h1>404</h1>", 12, "404 Not Found"), "no offer"},
-        {today.c_str(), Page(newer, newer.size(), "500 Internal Server Error"), url},
+        {"no date", Page("<h1>404</h1>", "404 Not Found"), "no offer"},
+        {today.c_str(), Page(newer, "500 Internal Server Error"), url},
         {today.c_str(), Page("version=1.2.4"), ""},
     };
     for (const auto& [last_check, page, offered] : cases) {
@@ -109,7 +107,6 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
     });
     EXPECT_TRUE(MakeRef<UpdateChecker>()->TimeToCheck(nullptr));
     EXPECT_EQ(desktop.messages, Lines());
-    EXPECT_EQ(desktop.beeps, 0);
 }
 
 }  // namespace

@@ -35,13 +35,10 @@ class UpdateTest : public ProgramTest {
         });
     }
     bool HasServed() const { return served_.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
-    // A page of a length that is announced so.
-    static std::string Page(const std::string& body, std::size_t length, const char* status = "200 OK") {
-        return std::string("HTTP/1.1 ") + status + "\r\nContent-Length: " + std::to_string(length) +
-               "\r\n\r\n" + body;
+    static std::string Page(const std::string& body, const std::string& status = "200 OK") {
+        return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
+               body;
     }
-    static std::string Page(const std::string& body) { return Page(body, body.size()); }
-
     // The page of a data file that names a newer version, its download being one of that name.
     static std::string Newer(const std::string& name) {
         return Page("version=1.2.4\ndownload-mac=http://" + MakersServer().At("/new/" + name));
