@@ -11,6 +11,8 @@ namespace {
 
 class SupportWindowTest : public ProgramTest {
   protected:
+    void Start(const std::function<void()>& user) { EXPECT_EQ(ProgramTest::Start(user), 0); }
+
     static SupportWindow& Filled(const std::string& address) {
         App::Instance().Choose(Main().HelpSupport());
         SupportWindow& w = *SupportWindow::Instance();

@@ -16,6 +16,8 @@ namespace varnith::test {
 
 class UpdateTest : public ProgramTest {
   protected:
+    void Start(const std::function<void()>& user) { EXPECT_EQ(ProgramTest::Start(user), 0); }
+
     // Serves the events that come in until the condition holds.
     static void PumpUntil(const std::function<bool()>& condition) {
         RunThreadsUntil([&] {
