@@ -69,7 +69,7 @@ TEST_F(SupportWindowTest, SendsATicketWhateverTheServerDoesWhileAScanGoesOn) {
     for (int i = 0; i < 2'000; ++i) documents.File(std::to_string(i) + ".tif");
     std::thread beside([] {
         RawServer& server = MakersServer();
-        server.TakeRequest();
+        EXPECT_NE(server.TakeRequest().find("subject=VRNTH+Topic+%2D+N%2FA"), std::string::npos);
         EXPECT_TRUE(server.ClientHasGone());
         server.TakeRequest();
         for (const char* drop : {"HTTP/1.0 500 No\r\n\r\n", "a", "b", "c", "d"}) {
