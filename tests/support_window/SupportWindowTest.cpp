@@ -16,6 +16,7 @@ class SupportWindowTest : public ProgramTest {
     static SupportWindow& Filled(const std::string& address) {
         App::Instance().Choose(Main().HelpSupport());
         SupportWindow& w = *SupportWindow::Instance();
+        EXPECT_EQ(w.PushButton1.Enabled(), !w.EditField1.Text().empty());
         w.EditField1.SetText(address);
         w.EditField2.SetText("n");
         w.EditField3.SetText("t");

@@ -58,13 +58,12 @@ TEST_F(CheckTest, ReadsTheDataFileLineByLine) {
 }
 
 TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
-    // Where nobody can be.
-    const std::string url = "http://127.0.0.1:70000/New.tar.gz?a=b";
+    const std::string url_of_nobody = "http://127.0.0.1:70000/New.tar.gz?a=b";
     const std::tuple<const char*, std::string, std::string> cases[] = {
-        {nullptr, "HTTP/1.1 200 OK\r\nCont", "no offer"},
-        {"2008-06-24", Page(""), "no offer"},
-        {"no date", Page("<h1>404</h1>", "404 Not Found"), "no offer"},
-        {today.c_str(), Page("version=1.2.4\ndownload-mac=" + url, "500 Error"), url},
+        {nullptr, Page(""), "no offer"},
+        {"no date", "HTTP/1.1 200 OK\r\nCont", "no offer"},
+        {"2008-06-24", Page("<h1>404</h1>", "404 Not Found"), "no offer"},
+        {today.c_str(), Page("version=1.2.4\ndownload-mac=" + url_of_nobody, "500 Error"), url_of_nobody},
         {today.c_str(), Page("version=1.2.4"), ""},
     };
     for (const auto& [last_check, page, offered] : cases) {

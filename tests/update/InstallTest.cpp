@@ -60,6 +60,7 @@ class InstallTest : public UpdateTest {
             Offer()->ActionBtn.Press();
             PumpUntil([&] { return desktop.quit_status == 0; });
         });
+        EXPECT_EQ(desktop.messages, Lines());
     }
 
     // The names in a folder. Behind that of a folder stands "=old" or "=new" if it is the bundle, byte for
@@ -121,7 +122,6 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
             EXPECT_EQ(Holds(home.Path()), outside);
         }
 
-        EXPECT_FALSE(UpdateUtilities::SwapFiles(nullptr));
         EXPECT_FALSE(UpdateUtilities::SwapFiles(FolderItem::FromPath(application / "missing")));
         const auto beside = FolderItem::FromPath(application.File("b.tar", "no archive"));
         EXPECT_FALSE(UpdateUtilities::SwapFiles(beside));
