@@ -173,11 +173,11 @@ TEST_F(InstallTest, WhatDoesNotLookLikeAnArchiveIsTheApplication) {
     const std::pair<const char*, bool> cases[] = {
         {"a.tar", true}, {"it's \"A\"\n.TAR.gz", true}, {"a.tgz", false}, {"a.gz", false}, {"a.app", false}};
     for (const auto& [name, unpacked] : cases) {
-        const TemporaryFolder folder;
-        const auto file = FolderItem::FromPath(folder / name);
+        const std::string folder = release.Folder(std::string("it's in ") + name);
+        const auto file = FolderItem::FromPath(folder + "/" + name);
         Run("tar -caf " + file->ShellPath() + " New.app");
         const auto extracted = UpdateUtilities::ExtractArchive(file);
-        EXPECT_EQ(Holds(folder.Path()), unpacked ? "New.app=new" : name);
+        EXPECT_EQ(Holds(folder), unpacked ? "New.app=new" : name);
         EXPECT_EQ(extracted->Name(), unpacked ? "New.app" : name);
     }
 }
