@@ -159,6 +159,7 @@ TEST_F(InstallTest, AStaleOldItemIsDeletedAsFarAsItCanBeAndKeepsTheProgramInItsP
     EXPECT_EQ(Left(), "Varnith.app=old n-Varnith.app=new | o-Varnith.app=other | started");
     // The one that can't be deleted stays the first, and the passes end.
     EXPECT_TRUE(Holds(temporary + "/o-Varnith.app").starts_with("3=other 4=other"));
+    EXPECT_EQ(Holds(release.Path()), "New.app=new archive") << "what a link leads to stays";
 }
 
 TEST_F(InstallTest, AnExecutableOutsideOfABundleIsTheApplication) {
