@@ -4,7 +4,6 @@
 #include <functional>
 #include <future>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -25,9 +24,10 @@ using Lines = std::vector<std::string>;
 class RecordingSocket : public HTTPSocket {
   public:
     explicit RecordingSocket(Lines& events) : events_(events) {
-        const auto note = [&events](const std::string& name) {
-            return [&events, name](const auto&... arguments) {
-                events.push_back((name + ... + (" " + Shown(arguments))));
+        const auto note = [this](const std::string& name) {
+            return [this, name](const auto&... arguments) {
+                events_.push_back((name + ... + (" " + Shown(arguments))));
+                if (Noted) Noted();
             };
         };
         Connected = note("Connected");
@@ -38,6 +38,9 @@ class RecordingSocket : public HTTPSocket {
         Error = note("Error");
     }
     ~RecordingSocket() override { events_.push_back("gone"); }
+
+    // Called behind each of them.
+    std::function<void()> Noted;
 
   private:
     static std::string Shown(std::int32_t number) { return Str(number); }
@@ -63,13 +66,12 @@ class HTTPTest : public testing::Test {
         }
     }
 
-    // Has the client's request come to a server; returns its bytes.
-    static std::string TakeRequest(RawServer& server) {
+    // Has the client's request come to the server; returns its bytes.
+    std::string TakeRequest() {
         auto request = std::async(std::launch::async, [&] { return server.TakeRequest(); });
         PumpUntil([&] { return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
         return request.get();
     }
-    std::string TakeRequest() { return TakeRequest(server); }
 
     // Sends a piece, or ends the connection, and has the client notice.
     void Answer(const std::string& piece) {
@@ -86,8 +88,8 @@ class HTTPTest : public testing::Test {
     // Has a server's work done beside the client, which waits for it in one call: any, or the answer to one
     // request.
     void Beside(const std::function<void()>& work) {
-        worker_ = {};
-        worker_ = std::jthread(work);
+        beside_ = {};
+        beside_ = std::async(std::launch::async, work);
     }
     void ServeBeside(const std::string& method, const std::string& answer) {
         Beside([this, method, answer] {
@@ -112,7 +114,7 @@ class HTTPTest : public testing::Test {
     // What is unread, or has become an event.
     std::size_t Noticed() const { return events.size() + client->Lookahead().size(); }
 
-    std::jthread worker_;
+    std::future<void> beside_;
 };
 
 }  // namespace varnith::test

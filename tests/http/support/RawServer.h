@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -22,9 +21,7 @@ namespace varnith::test {
 class RawServer {
   public:
     RawServer() {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
         socklen_t size = sizeof address;
         auto* generic = reinterpret_cast<sockaddr*>(&address);
         EXPECT_EQ(bind(listener_.Descriptor(), generic, size), 0);
@@ -45,23 +42,18 @@ class RawServer {
         connection_ = FileHandle(accept4(listener_.Descriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         const int on = 1;
         setsockopt(connection_.Descriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-        std::array<char, 1 << 16> piece;
+        char piece[1 << 16];
         while (request.size() < LengthOf(request) && IsReady(connection_, Limit)) {
-            const ssize_t count = recv(connection_.Descriptor(), piece.data(), piece.size(), 0);
+            const ssize_t count = recv(connection_.Descriptor(), piece, sizeof piece, 0);
             if (count <= 0) break;
-            request.append(piece.data(), static_cast<std::size_t>(count));
+            request.append(piece, static_cast<std::size_t>(count));
         }
         return request;
     }
 
     // Sends bytes. False if the client has gone.
     bool Send(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t count = send(connection_.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-            if (count < 0) return false;
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
-        return true;
+        return send(connection_.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == std::ssize(bytes);
     }
 
     // Ends the connection, in order or by a reset.
