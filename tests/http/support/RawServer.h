@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -88,8 +87,7 @@ class RawServer {
         const std::size_t head = request.find("\r\n\r\n");
         if (head == request.npos) return request.size() + 1;
         const std::size_t length = request.find(Field);
-        const char* digits = length < head ? request.c_str() + length + Field.size() : "0";
-        return head + 4 + std::strtoul(digits, nullptr, 10);
+        return head + 4 + (length < head ? std::stoul(request.substr(length + Field.size())) : 0);
     }
 
     FileHandle listener_{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
