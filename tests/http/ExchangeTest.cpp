@@ -164,11 +164,9 @@ TEST_F(HTTPTest, DownloadsIntoAFileAndTriesAgainWithCredentials) {
     EXPECT_EQ(events, (Lines{"Connected", "PageReceived " + server.At("/p") + " 401 " + block + " "}))
         << "a retry that finds no server ends as a page";
 
-    for (const std::string& target : {folder.Path(), folder / "missing/target"}) {
-        events.clear();
-        client->Get(server.At("/"), FolderItem::FromPath(target));
-        EXPECT_EQ(events, Lines{"Error 1"});
-    }
+    events.clear();
+    client->Get(server.At("/"), FolderItem::FromPath(folder / "missing/target"));
+    EXPECT_EQ(events, Lines{"Error 1"});
 }
 
 TEST(InternetHeaders, ParsesATextWithAnyLineEnding) {
