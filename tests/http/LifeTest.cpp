@@ -160,7 +160,7 @@ TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
         Beside([&] { server.Send(head); });
         PumpUntil([&] { return client->Lookahead().size() == head.size(); });
         const std::clock_t before = std::clock();
-        for (const char byte : std::string(1 << 11, 'x') + ending + ending + "b")
+        for (const char byte : std::string(1 << 12, 'x') + ending + ending + "b")
             Answer(std::string(1, byte));
         EXPECT_LT(std::clock() - before, 3 * CLOCKS_PER_SEC)
             << "a byte costs as much as the head is long, or a header as there are of its name";
