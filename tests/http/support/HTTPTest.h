@@ -1,57 +1,109 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <future>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include "http/HTTPSocket.h"
 #include "http/support/RawServer.h"
+#include "platform/base/Text.h"
+#include "platform/net/SocketEvents.h"
 #include "support/TemporaryFolder.h"
 
 namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
-// A client that notes down its events, a line an event with its arguments, and counts what comes in from
-// below. It starts in an event loop that the test turns.
+// A client that notes down its events, a line an event with its arguments. It starts in an event loop that
+// the test turns.
 class RecordingSocket : public HTTPSocket {
   public:
-    explicit RecordingSocket(Lines& events);
+    explicit RecordingSocket(Lines& events) : events_(events) {
+        const auto note = [this](const std::string& name) {
+            return [this, name](const auto&... arguments) {
+                events_.push_back((name + ... + (" " + Shown(arguments))));
+                if (Noted) Noted();
+            };
+        };
+        Connected = note("Connected");
+        HeadersReceived = note("HeadersReceived");
+        ReceiveProgress = note("ReceiveProgress");
+        PageReceived = note("PageReceived");
+        DownloadComplete = note("DownloadComplete");
+        Error = note("Error");
+    }
     ~RecordingSocket() override { events_.push_back("gone"); }
 
-    int sendings = 0;  // completed ones
-    int arrivals = 0;  // of pieces
-    int ends = 0;      // of connections and attempts at one
-
-  protected:
-    void Event_DataAvailable() override;
-    void Event_SendComplete() override { ++sendings; }
-    void Event_Error() override;
+    // Called behind each of them.
+    std::function<void()> Noted;
 
   private:
+    static std::string Shown(std::int32_t number) { return Str(number); }
+    static std::string Shown(const std::string& text) { return text; }
+    static std::string Shown(const Ref<FolderItem>& file) { return BytesOf(file->AbsolutePath()); }
+    static std::string Shown(const Ref<InternetHeaders>& headers) {
+        return headers ? "[" + ReplaceAll(headers->_FormatHTTPHeaders(), "\r\n", "|") + "]" : "nil";
+    }
+
     Lines& events_;
 };
 
 class HTTPTest : public testing::Test {
   protected:
     // Turns the event loop until the condition holds; fails the test when that takes too long.
-    static void PumpUntil(const std::function<bool()>& condition);
+    static void PumpUntil(const std::function<bool()>& condition) {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), limit) << "what was waited for does not come";
+            pollfd watched{SocketEvents::Current()->Descriptor(), POLLIN, 0};
+            poll(&watched, 1, 1);
+            SocketEvents::Current()->Serve();
+        }
+    }
 
     // Has the client's request come to the server; returns its bytes.
-    std::string TakeRequest();
-    // Sends each piece once the client has taken the one before.
-    void Answer(const Lines& pieces);
-    void PumpUntilEnd();
-    // The rest of a whole exchange: the answer, and the end of the connection.
-    void AnswerAndClose(const Lines& pieces);
+    std::string TakeRequest() {
+        auto request = std::async(std::launch::async, [&] { return server.TakeRequest(); });
+        PumpUntil([&] { return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+        return request.get();
+    }
+
+    // Sends a piece, or ends the connection, and has the client notice.
+    void Answer(const std::string& piece) {
+        const std::size_t before = Noticed();
+        server.Send(piece);
+        PumpUntil([&] { return Noticed() != before; });
+    }
+    void AnswerAndClose(const std::string& piece) {
+        if (!piece.empty()) Answer(piece);
+        server.Close();
+        PumpUntil([&] { return !client->IsConnected(); });
+    }
 
     // Has a server's work done beside the client, which waits for it in one call: any, or the answer to one
-    // request by a method.
-    void Beside(const std::function<void()>& work) { worker_ = std::jthread(work); }
-    void ServeOnce(const std::string& answer, const std::string& method = "GET");
+    // request.
+    void Beside(const std::function<void()>& work) {
+        beside_ = {};
+        beside_ = std::async(std::launch::async, work);
+    }
+    void ServeBeside(const std::string& method, const std::string& answer) {
+        Beside([this, method, answer] {
+            EXPECT_EQ(server.TakeRequest().substr(0, method.size()), method);
+            server.Send(answer);
+            server.Close();
+        });
+    }
+
+    // The request for a plain page.
+    static std::string PlainRequest(const std::string& path, const std::string& host) {
+        return "GET " + path + " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: " + host +
+               "\r\n\r\n";
+    }
 
     Lines events;
     RawServer server;
@@ -59,13 +111,10 @@ class HTTPTest : public testing::Test {
     Ref<RecordingSocket> client = MakeRef<RecordingSocket>(events);
 
   private:
-    std::jthread worker_;
+    // What is unread, or has become an event.
+    std::size_t Noticed() const { return events.size() + client->Lookahead().size(); }
+
+    std::future<void> beside_;
 };
-
-// The processor time that this thread has used so far.
-double ProcessorSeconds();
-
-// The request for a plain page.
-std::string PlainRequest(const std::string& method, const std::string& path, const std::string& host);
 
 }  // namespace varnith::test

@@ -4,48 +4,93 @@
 #include <string>
 #include <string_view>
 
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+
 #include "platform/files/FileSystem.h"
 
 namespace varnith::test {
 
 // A server on loopback that does just what the test says, one connection at a time. What it waits for has a
-// limit, past which the test fails. It may be used from another thread than the one that made it.
+// limit, past which there is nothing. It may be used from another thread than the one that made it.
 class RawServer {
   public:
-    RawServer();
+    RawServer() {
+        sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+        socklen_t size = sizeof address;
+        auto* generic = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(bind(listener_.Descriptor(), generic, size), 0);
+        EXPECT_EQ(listen(listener_.Descriptor(), 16), 0);
+        EXPECT_EQ(getsockname(listener_.Descriptor(), generic, &size), 0);
+        port_ = ntohs(address.sin_port);
+    }
 
     std::int32_t Port() const { return port_; }
     // An address on it, without a scheme.
     std::string At(const std::string& path) const { return "127.0.0.1:" + std::to_string(port_) + path; }
 
     // Takes the next connection, letting go of the one before, and reads a request: its head, and its body if
-    // it has a length and the body is wanted too. Returns its bytes.
-    enum class Part { Head, Whole };
-    std::string TakeRequest(Part part = Part::Whole);
+    // it has a length. Returns its bytes; none if no client comes.
+    std::string TakeRequest() {
+        std::string request;
+        if (!IsReady(listener_, Limit)) return request;
+        connection_ = FileHandle(accept4(listener_.Descriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+        const int on = 1;
+        setsockopt(connection_.Descriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        char piece[1 << 16];
+        while (request.size() < LengthOf(request) && IsReady(connection_, Limit)) {
+            const ssize_t count = recv(connection_.Descriptor(), piece, sizeof piece, 0);
+            if (count <= 0) break;
+            request.append(piece, static_cast<std::size_t>(count));
+        }
+        return request;
+    }
 
     // Sends bytes. False if the client has gone.
-    bool Send(std::string_view bytes);
-
-    // Whether the client closes the connection within so many milliseconds.
-    bool ClientGoesWithin(int milliseconds);
+    bool Send(std::string_view bytes) {
+        return send(connection_.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == std::ssize(bytes);
+    }
 
     // Ends the connection, in order or by a reset.
     void Close() { connection_ = {}; }
-    void Reset();
+    void Reset() {
+        const linger at_once{1, 0};
+        setsockopt(connection_.Descriptor(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+        Close();
+    }
 
-    // Waits until the client has closed the connection.
-    bool ClientHasGone();
+    // Whether the client closes the connection within so many milliseconds, or at all.
+    bool ClientGoesWithin(int milliseconds) const { return IsReady(connection_, milliseconds); }
+    bool ClientHasGone() const { return ClientGoesWithin(Limit); }
 
     // Whether a connection waits to be taken.
-    bool HasVisitor() const;
+    bool HasVisitor() const { return IsReady(listener_, 0); }
 
     // Takes connections no more: they are refused.
-    void StopListening();
+    void StopListening() { shutdown(listener_.Descriptor(), SHUT_RDWR); }
 
   private:
-    bool Await(int descriptor);
+    static constexpr int Limit = 20'000;
 
-    FileHandle listener_;
+    static bool IsReady(const FileHandle& handle, int milliseconds) {
+        pollfd watched{handle.Descriptor(), POLLIN, 0};
+        return poll(&watched, 1, milliseconds) > 0;
+    }
+
+    // How many bytes a request has when it is complete; more than there are while its head is not.
+    static std::size_t LengthOf(const std::string& request) {
+        constexpr std::string_view Field = "Content-length: ";
+        const std::size_t head = request.find("\r\n\r\n");
+        if (head == request.npos) return request.size() + 1;
+        const std::size_t length = request.find(Field);
+        return head + 4 + (length < head ? std::stoul(request.substr(length + Field.size())) : 0);
+    }
+
+    FileHandle listener_{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
     FileHandle connection_;
     std::int32_t port_ = 0;
 };
