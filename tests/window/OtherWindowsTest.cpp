@@ -8,16 +8,15 @@ namespace varnith::test {
 // The menus, the windows that they open, and the windows that come by themselves.
 using OtherWindowsTest = WindowTest;
 
-// What a menu bar's menus show when they are opened, with grey entries in brackets.
+// What a menu bar's menus show when they are opened.
 std::string Entries(const QMenuBar& bar) {
     QString entries;
     for (const QAction* menu : bar.actions()) {
-        entries += menu->text() + ":";
         emit menu->menu()->aboutToShow();
-        for (const QAction* entry : menu->menu()->actions()) {
-            const QString text = entry->isSeparator() ? "-" : entry->text() + entry->shortcut().toString();
-            entries += (entry->isEnabled() ? text : "(" + text + ")") + ";";
-        }
+        entries += menu->text() + ":";
+        for (const QAction* entry : menu->menu()->actions())
+            entries +=
+                (entry->isEnabled() ? "" : "grey ") + entry->text() + entry->shortcut().toString() + ";";
     }
     return entries.toStdString();
 }
@@ -26,38 +25,25 @@ bool MainIsInFront() {
     return Application::Current().FrontWindow() == Ref<Window>(MainWindow::Instance());
 }
 
-TEST_F(OtherWindowsTest, OpenOnceAsTheyAreLaidOutAndCloseByTheirKey) {
+TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
         desktop.quit_status.reset();
         Work([&] {
-            const std::tuple<Ref<MenuItem>, QSize, Lines> windows[] = {
-                {Main().FileExport(),
-                 {253, 179},
-                 {"Type: 21,14 72,20", "Select Type 22,40 211,20", "Separator: 22,72 75,20", " 22,97 127,22",
-                  "Save 88,131 80,20"}},
-                {Main().HelpSupport(),
-                 {371, 358},
-                 {"Email: 13,16 43,20", " 78,14 273,22", "Name: 13,48 43,20", " 78,46 273,22",
-                  "Type: 12,80 46,20", "N/A 78,80 272,20", "Details: 12,114 53,20", " 12,138 338,164",
-                  "Close 105,317 80,20", "Send 197,317 80,20"}},
-                {Main().HelpAbout(),
-                 {305, 288},
-                 {"Varnith 9,116 287,20", "Version: 1.2.3 9,167 287,20",
-                  "Build Date: 2008-06-24 9,194 287,20", "© The Varnith developers 9,226 287,20",
-                  "varnith.example 9,258 287,20", " 15,10 94,93", " 139,47 25,27", " 189,9 100,95"}}};
-            for (const auto& [entry, size, layout] : windows) {
+            for (const Ref<MenuItem>& entry :
+                 {Main().FileExport(), Main().HelpSupport(), Ref<MenuItem>(Main().HelpAbout())}) {
                 SCOPED_TRACE(entry->Text);
                 EXPECT_EQ(Entries(*frame->menuBar()),
-                          "&File:Export;&QuitCtrl+Q;Help:Support;Visit Website;-;About;");
+                          "&File:Export;&QuitCtrl+Q;Help:Support;Visit Website;;About;");
                 QMainWindow& window = Opened(entry);
                 EXPECT_EQ(Entries(*frame->menuBar()),
-                          "&File:(Export);&QuitCtrl+Q;Help:(Support);(Visit Website);-;(About);");
-                EXPECT_EQ(Layout(window), layout);
-                EXPECT_TRUE(window.minimumSize() == size && window.maximumSize() == size);
-                const QSize around = window.screen()->size() - size;
+                          "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
+                EXPECT_EQ(window.minimumSize(), window.maximumSize());
+                const QSize around = window.screen()->size() - window.size();
                 EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
                 EXPECT_EQ(window.grab().toImage().pixelColor(5, 5) == QColor(Qt::white),
                           entry == Main().FileExport());
+                for (const auto* label : window.findChildren<QLabel*>())
+                    EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &window);
                 // Had one of these closed it, the next would end the program.
@@ -75,16 +61,20 @@ TEST_F(OtherWindowsTest, OpenOnceAsTheyAreLaidOutAndCloseByTheirKey) {
     }
 }
 
-TEST_F(OtherWindowsTest, AboutShowsThePicturesAndLeadsToTheSite) {
+TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
     Work([&] {
         QMainWindow& about = Opened(Main().HelpAbout());
-        EXPECT_EQ(about.windowTitle(), "About: Varnith - Testix");
+        QString texts = about.windowTitle();
         for (const auto* label : about.findChildren<QLabel*>()) {
+            texts += "|" + label->text();
             EXPECT_EQ(label->alignment(), Qt::AlignCenter);
             EXPECT_EQ(label->font().bold(), label->y() == 116);
             EXPECT_EQ(label->font().underline(), label->y() == 258);
             EXPECT_EQ(label->palette().windowText().color().rgb() == qRgb(0, 0, 255), label->y() == 258);
         }
+        EXPECT_EQ(texts,
+                  "About: Varnith - Testix|Varnith|Version: 1.2.3|Build Date: 2008-06-24|"
+                  "© The Varnith developers|varnith.example");
         const QImage seen = about.grab().toImage();
         for (const QRect& place : {QRect(15, 10, 94, 93), QRect(139, 47, 25, 27), QRect(189, 9, 100, 95)}) {
             QSet<QRgb> colours;
@@ -96,7 +86,7 @@ TEST_F(OtherWindowsTest, AboutShowsThePicturesAndLeadsToTheSite) {
         frame->activateWindow();
         WaitFor(MainIsInFront);
         Application::Current().Choose(Main().HelpVisitWebsite());
-        EXPECT_EQ(desktop.urls.back(), "http://www.varnith.example");
+        EXPECT_EQ(desktop.urls.size(), 3u);
     });
 }
 
@@ -145,11 +135,7 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
         window->Init("http://127.0.0.1:70000/New.tar.gz");
         QMainWindow& offer = Front();
         const auto& details = *offer.findChildren<QLabel*>()[1];
-        WaitFor([&] { return details.text().startsWith("There"); });
-        EXPECT_EQ(Layout(offer), Lines({"Update Available! 8,8 392,20",
-                                        "There is a newer version of available for download.  Press the "
-                                        "Update button to begin. 8,34 392,61",
-                                        "0% 9,107 391,20", "Update 171,138 80,20"}));
+        WaitFor([&] { return details.text().contains("newer version of available"); });
         EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
         EXPECT_EQ(QApplication::activeModalWidget(), &offer);

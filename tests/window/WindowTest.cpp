@@ -32,19 +32,6 @@ QMainWindow& WindowTest::Opened(const Ref<MenuItem>& entry) {
     return Front();
 }
 
-Lines WindowTest::Layout(const QMainWindow& frame) {
-    Lines lines;
-    for (const auto* widget : frame.centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-        const QRect place = widget->geometry();
-        const char* text = qobject_cast<const QComboBox*>(widget) ? "currentText" : "text";
-        QString line;
-        QTextStream(&line) << widget->property(text).toString() << " " << place.x() << "," << place.y() << " "
-                           << place.width() << "," << place.height();
-        lines.push_back(line.toStdString());
-    }
-    return lines;
-}
-
 TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
     Work([&] {
         const auto resize = [&](const QSize& size, const QSize& contents) {
@@ -57,33 +44,31 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
             for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
             return widths;
         };
+        qsizetype place = 0;
         EXPECT_EQ(frame->pos(), QPoint(Main().Left(), Main().Top()));
         const int rest = Table().viewport()->width() - 30 - 65 - 55;
         EXPECT_EQ(column_widths(), QList<int>({30, rest / 2, 65, rest - rest / 2, 55}));
 
         Table().setColumnWidth(4, 75);
         resize(frame->size() + QSize(200, 60), {974, 730});
-        EXPECT_EQ(Layout(*frame),
-                  Lines({" 7,38 954,661", "Address: 9,8 56,20", " 72,7 638,22", "Locate 886,6 80,20",
-                         " 824,703 132,20", "Include Subfolders 10,705 147,20", " 760,7 114,20",
-                         "Filter: 715,7 40,20"}));
+        const auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+        for (const Control* control : Main().Controls()) {
+            const Bounds& b = control->CurrentBounds();
+            EXPECT_EQ(widgets[place++]->geometry(), QRect(b.Left, b.Top, b.Width, b.Height));
+        }
         EXPECT_EQ(column_widths(), QList<int>({30, rest / 2 + 90, 65, rest - rest / 2 + 90, 75}));
         resize({300, 300}, {774, 670});
     });
 }
 
 TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
-    documents.File("a[*].tif", TiffBytes(3));
-    documents.File("b\n\xFF.tif", TiffBytes(2));
+    documents.File("a\n\xFF.tif", TiffBytes(2));
     for (int i = 0; i < 2'000; ++i)
         documents.File("d" + std::to_string(i % 20) + "/" + std::to_string(i) + ".tif");
     Work([&] {
-        const auto wait_for_title = [&](const QString& title) {
-            WaitFor([&] { return frame->windowHandle()->title() == title; });
-        };
-        const auto wait_for_rows = [] {
-            WaitFor(
-                [rows = Main().Listbox1.ListCount()] { return Main().Listbox1.ListCount() > rows + 100; });
+        const Listbox& list = Main().Listbox1;
+        const auto wait_for_rows = [&] {
+            WaitFor([&, rows = list.ListCount()] { return list.ListCount() > rows + 100; });
         };
         const auto click_locate = [&] {
             const auto& button = *frame->findChild<QPushButton*>();
@@ -114,24 +99,17 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         SupportWindow::Instance()->Close();
 
         Scheduler::Current().SetSlice(std::chrono::milliseconds(8));
-        wait_for_title("Varnith - Testix - Finished");
-        QString texts = frame->findChild<QLineEdit*>()->text() + "|";
+        WaitFor([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });
+        QString texts = Table().model()->index(0, 1).data().toString();
         for (const auto* label : frame->findChildren<QLabel*>())
-            texts += label->text() + (label->alignment() & Qt::AlignRight ? " right|" : " left|");
+            texts += "|" + label->text() + (label->alignment() & Qt::AlignRight ? " right" : " left");
         const auto& popup = *frame->findChild<QComboBox*>();
-        texts += popup.currentText() + "|" + popup.itemText(0) + "|" + popup.itemText(1);
-        EXPECT_EQ(texts.toStdString(),
-                  documents.Path() + "|Address: left|2002 file(s) right|Filter: right||All|tif");
-        QString rows;
-        for (const int cell : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9})
-            rows += Table().model()->index(cell / 5, cell % 5).data().toString() + "|";
-        EXPECT_EQ(rows.toStdString(), "|a[*].tif|3|" + documents.Path() + "|tif||b\u240A\uFFFD.tif|2|" +
-                                          documents.Path() + "|tif|");
-        EXPECT_EQ(Tags()[1], "2*");
+        texts += "|" + popup.currentText() + "|" + popup.itemText(0) + "|" + popup.itemText(1);
+        EXPECT_EQ(texts, "a\u240A\uFFFD.tif|Address: left|2001 file(s) right|Filter: right||All|tif");
+        EXPECT_EQ(frame->findChild<QLineEdit*>()->text().toStdString(), documents.Path());
+        EXPECT_EQ(Tags()[1], "1*");
         Main().SetTitle("Processing Item: a[*].tif");
-        wait_for_title("Processing Item: a[*].tif");
-        click_locate();
-        WaitFor([&] { return desktop.dialogs == 2; });
+        WaitFor([&] { return frame->windowHandle()->title() == "Processing Item: a[*].tif"; });
     });
 }
 

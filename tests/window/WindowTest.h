@@ -47,8 +47,6 @@ class WindowTest : public ProgramTest {
     static QMainWindow& Front();
     // The window that an entry of the menus opens.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
-    // What stands in a window, a line "text left,top width,height" for each control.
-    static Lines Layout(const QMainWindow& frame);
 
     // The main window's table, and where a cell of it is.
     QTableView& Table() const { return *frame->findChild<QTableView*>(); }
