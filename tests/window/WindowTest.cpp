@@ -1,5 +1,7 @@
 #include "window/WindowTest.h"
 
+#include <algorithm>
+
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Application.h"
 #include "support/SupportWindow.h"
@@ -44,7 +46,6 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
             for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
             return widths;
         };
-        qsizetype place = 0;
         EXPECT_EQ(frame->pos(), QPoint(Main().Left(), Main().Top()));
         const int rest = Table().viewport()->width() - 30 - 65 - 55;
         EXPECT_EQ(column_widths(), QList<int>({30, rest / 2, 65, rest - rest / 2, 55}));
@@ -52,10 +53,10 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
         Table().setColumnWidth(4, 75);
         resize(frame->size() + QSize(200, 60), {974, 730});
         const auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-        for (const Control* control : Main().Controls()) {
-            const Bounds& b = control->CurrentBounds();
-            EXPECT_EQ(widgets[place++]->geometry(), QRect(b.Left, b.Top, b.Width, b.Height));
-        }
+        EXPECT_TRUE(std::ranges::equal(widgets, Main().Controls(), [](const QWidget* w, const Control* c) {
+            const Bounds& b = c->CurrentBounds();
+            return w->geometry() == QRect(b.Left, b.Top, b.Width, b.Height);
+        }));
         EXPECT_EQ(column_widths(), QList<int>({30, rest / 2 + 90, 65, rest - rest / 2 + 90, 75}));
         resize({300, 300}, {774, 670});
     });
@@ -82,11 +83,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, QPoint(10, Centre(1, 0).y()));
         Table().scrollToBottom();
         frame->resize(900, 800);
-        QMenu& help = *frame->menuBar()->actions()[1]->menu();
-        help.popup(frame->mapToGlobal(QPoint(50, 20)));
-        wait_for_rows();
-        EXPECT_TRUE(help.isVisible() && Table().width() > 860);
-        help.hide();
+        WaitFor([&] { return Table().width() > 860; });
 
         // The support window keeps the main window from answering.
         const auto& address = *Opened(Main().HelpSupport()).findChild<QLineEdit*>();
