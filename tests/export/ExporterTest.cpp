@@ -72,10 +72,7 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
         Main().Listbox1.ToggleCheck(0);
         Locate(documents.Path());
         EXPECT_EQ(Save(Tabs), "c.tiff\t0\t" + here + "/sub\ttiff\n");
-        RunThreadsUntil([] { return Main().Listbox1.ListCount() > 0; });
-        const std::string during = Save(Excel);
         RunThreads();
-        EXPECT_TRUE(!during.empty() && Save(Excel).starts_with(during)) << during;
         EXPECT_EQ(SavedRows().size(), 3u);
 
         ExcelWritterExtension::saveAsExcelFile(Main().Listbox1, nullptr);

@@ -88,7 +88,6 @@ TEST_F(PrefsTest, LieInTheFolderOfTheUsersSettings) {
         Start([] {});
         EXPECT_TRUE(std::filesystem::exists(folder + "/varnth")) << "the day of the check is noted at once";
         EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
-        std::filesystem::remove_all(folder);
     }
 }
 

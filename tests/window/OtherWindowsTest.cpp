@@ -21,10 +21,6 @@ std::string Entries(const QMenuBar& bar) {
     return entries.toStdString();
 }
 
-bool MainIsInFront() {
-    return Application::Current().FrontWindow() == Ref<Window>(MainWindow::Instance());
-}
-
 TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
         desktop.quit_status.reset();
@@ -46,13 +42,12 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                     EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &window);
+                EXPECT_EQ(window.focusWidget(), window.findChild<QLineEdit*>());
                 // Had one of these closed it, the next would end the program.
                 Press("w");
                 Press("shift+w");
-                const auto* first_field = window.findChild<QLineEdit*>();
-                WaitFor([&] { return !first_field || first_field->text() == "wW"; });
                 Press(keys);
-                WaitFor(MainIsInFront);
+                WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
                 EXPECT_EQ(desktop.quit_status, std::nullopt);
             }
             Press(keys);
@@ -75,16 +70,13 @@ TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
         EXPECT_EQ(texts,
                   "About: Varnith - Testix|Varnith|Version: 1.2.3|Build Date: 2008-06-24|"
                   "© The Varnith developers|varnith.example");
-        const QImage seen = about.grab().toImage();
-        for (const QRect& place : {QRect(15, 10, 94, 93), QRect(139, 47, 25, 27), QRect(189, 9, 100, 95)}) {
-            QSet<QRgb> colours;
-            for (int x = place.left(); x <= place.right(); ++x) colours += seen.pixel(x, place.center().y());
-            EXPECT_GT(colours.size(), 3) << "nothing is drawn at " << place.left();
-        }
+        for (const QRect& place : {QRect(15, 10, 94, 93), QRect(139, 47, 25, 27), QRect(189, 9, 100, 95)})
+            EXPECT_GT(about.grab(place).toImage().convertToFormat(QImage::Format_Indexed8).colorCount(), 3)
+                << "nothing is drawn at " << place.left();
         for (const int line : {226, 258}) QTest::mouseClick(about.childAt(150, line + 10), Qt::LeftButton);
         EXPECT_EQ(desktop.urls, Lines({"http://www.varnith.example", "http://varnith.example"}));
         frame->activateWindow();
-        WaitFor(MainIsInFront);
+        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
         Application::Current().Choose(Main().HelpVisitWebsite());
         EXPECT_EQ(desktop.urls.size(), 3u);
     });

@@ -20,10 +20,10 @@ QMainWindow& WindowTest::Front() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         auto* found = qobject_cast<QMainWindow*>(widget);
         if (!found || !found->isVisible() || found->windowTitle().toStdString() != title) continue;
+        const auto is_active = [&] { return QApplication::activeWindow() == found; };
         // A window manager may leave a new window behind; its user would then click on it.
-        if (!QTest::qWaitForWindowActive(found, 2'000))
-            Do({"windowactivate", QString::number(found->winId())});
-        EXPECT_TRUE(QTest::qWaitForWindowActive(found));
+        if (!QTest::qWaitFor(is_active, 2'000)) Do({"windowactivate", QString::number(found->winId())});
+        WaitFor(is_active);
         return *found;
     }
     throw std::runtime_error("no window " + title);
@@ -71,30 +71,18 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         const auto wait_for_rows = [&] {
             WaitFor([&, rows = list.ListCount()] { return list.ListCount() > rows + 100; });
         };
-        const auto click_locate = [&] {
-            const auto& button = *frame->findChild<QPushButton*>();
-            const QPoint place = button.mapToGlobal(button.rect().center());
-            Do({"mousemove", QString::number(place.x()), QString::number(place.y()), "click", "1"});
-        };
         QTest::mouseClick(frame->findChild<QCheckBox*>(), Qt::LeftButton, {}, QPoint(8, 10));
         desktop.choose = [&] { return documents.Path(); };
-        click_locate();
+        frame->findChild<QPushButton*>()->click();
         wait_for_rows();
         QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, QPoint(10, Centre(1, 0).y()));
         Table().scrollToBottom();
         frame->resize(900, 800);
         WaitFor([&] { return Table().width() > 860; });
-
-        // The support window keeps the main window from answering.
-        const auto& address = *Opened(Main().HelpSupport()).findChild<QLineEdit*>();
-        click_locate();
-        Press("x");
-        WaitFor([&] { return address.text() == "x"; });
-        EXPECT_EQ(desktop.dialogs, 1);
+        Opened(Main().HelpSupport());
         wait_for_rows();
         EXPECT_TRUE(Main().Title().starts_with("Processing Item: ")) << "the scan was over too soon";
         SupportWindow::Instance()->Close();
-
         Scheduler::Current().SetSlice(std::chrono::milliseconds(8));
         WaitFor([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });
         QString texts = Table().model()->index(0, 1).data().toString();
