@@ -46,9 +46,6 @@ TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
         EXPECT_EQ(BytesOf(no_database), std::string(5000, 'x'));
         std::filesystem::remove_all(home / "settings");
         expect_value("default");
-        Prefs::file = nullptr;
-        expect_value("default");
-        Prefs::file = FolderItem::FromPath(no_database);
         home.Folder("settings");
         expect_value("kept");
     });
