@@ -50,11 +50,9 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
     const std::string all =
         "\t" + odd + "\t12\t" + here + "\tTIF\t\t\r\ta.tif\t3\t" + here + "\ttif\t\t\r" + last;
     Start([&] {
-        EXPECT_EQ(Save(Excel), "");
         Scan(documents.Path(), true);
         for (int press = 0; press < 2; ++press) Main().Listbox1.PressHeading(2);
         EXPECT_EQ(Save(Excel, ";"), all);
-        EXPECT_EQ(Save(Text, ";"), "");
         for (const std::int32_t row : {0, 1}) Main().Listbox1.ToggleCheck(row);
         EXPECT_EQ(Save(Excel), all);
         const auto lines = [&](const std::string& s) {
@@ -72,6 +70,9 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
         Main().Listbox1.ToggleCheck(0);
         Locate(documents.Path());
         EXPECT_EQ(Save(Tabs), "c.tiff\t0\t" + here + "/sub\ttiff\n");
+        const std::string during = Save(Excel);
+        RunThreads();
+        EXPECT_TRUE(Save(Excel).starts_with(during)) << during;
 
         ExcelWritterExtension::saveAsExcelFile(Main().Listbox1, nullptr);
         Listbox narrow;
