@@ -6,6 +6,7 @@
 
 namespace varnith::test {
 
+// Each start is a run of the program, behind whose end its settings stay open.
 using PrefsTest = ProgramTest;
 
 TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
@@ -15,16 +16,14 @@ TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
                                                                   {"it's", true, "O'Brien ''twice''"},
                                                                   {"größe\"; --", false, "\"naïve\"\n\xFF"},
                                                                   {"empty", true, ""}};
-    Start([&] {
-        for (const auto& [name, prefix_wanted, value] : written) {
-            EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), "default") << name;
-            for (const char* each : {"first", value}) Prefs::SetValue(name, prefix_wanted, each);
-        }
-    });
-    Start([&] {
-        for (const auto& [name, prefix_wanted, value] : written)
-            EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
-    });
+    Start([] {});
+    for (const auto& [name, prefix_wanted, value] : written) {
+        EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), "default") << name;
+        for (const char* each : {"first", value}) Prefs::SetValue(name, prefix_wanted, each);
+    }
+    Start([] {});
+    for (const auto& [name, prefix_wanted, value] : written)
+        EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
     Shell other_program;
     other_program.Execute("sqlite3 '" + home / "settings/varnth" +
                           "' \"select sql from sqlite_master;"
@@ -41,39 +40,37 @@ TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
         EXPECT_EQ(Prefs::Value("name", true, "default"), value);
     };
     const std::string no_database = home.File("settings/varnth", std::string(5000, 'x'));
-    Start([&] {
-        expect_value("default");
-        EXPECT_EQ(BytesOf(no_database), std::string(5000, 'x'));
-        std::filesystem::remove_all(home / "settings");
-        expect_value("default");
-        home.Folder("settings");
-        expect_value("kept");
-    });
+    Start([] {});
+    expect_value("default");
+    EXPECT_EQ(BytesOf(no_database), std::string(5000, 'x'));
+    std::filesystem::remove_all(home / "settings");
+    expect_value("default");
+    home.Folder("settings");
+    expect_value("kept");
 }
 
 TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
-    Start([&] {
-        Prefs::SetValue("name", false, "old");
-        Database other;
-        other.SetDatabaseFile(Prefs::file);
-        ASSERT_TRUE(other.Connect());
+    Start([] {});
+    Prefs::SetValue("name", false, "old");
+    Database other;
+    other.SetDatabaseFile(Prefs::file);
+    ASSERT_TRUE(other.Connect());
 
-        other.SQLExecute("begin exclusive transaction");
-        EXPECT_THROW(Prefs::Value("name", false, "default"), NilObjectException);
-        EXPECT_THROW(Prefs::SetValue("name", false, "lost"), NilObjectException);
-        other.SQLExecute("rollback");
+    other.SQLExecute("begin exclusive transaction");
+    EXPECT_THROW(Prefs::Value("name", false, "default"), NilObjectException);
+    EXPECT_THROW(Prefs::SetValue("name", false, "lost"), NilObjectException);
+    other.SQLExecute("rollback");
 
-        other.SQLExecute("begin transaction");
-        other.SQLSelect("select * from preferences");
-        Prefs::SetValue("name", false, "lost, while the other reads");
-        other.SQLExecute("insert into preferences values ('other', 'written')");
-        other.Commit();
-        for (const auto& [name, value] : {std::pair("name", "old"), {"other", "written"}}) {
-            EXPECT_EQ(Prefs::Value(name, false, "default"), value);
-            Prefs::SetValue(name, false, "new");
-            EXPECT_EQ(Prefs::Value(name, false, "default"), "new");
-        }
-    });
+    other.SQLExecute("begin transaction");
+    other.SQLSelect("select * from preferences");
+    Prefs::SetValue("name", false, "lost, while the other reads");
+    other.SQLExecute("insert into preferences values ('other', 'written')");
+    other.Commit();
+    for (const auto& [name, value] : {std::pair("name", "old"), {"other", "written"}}) {
+        EXPECT_EQ(Prefs::Value(name, false, "default"), value);
+        Prefs::SetValue(name, false, "new");
+        EXPECT_EQ(Prefs::Value(name, false, "default"), "new");
+    }
 }
 
 TEST_F(PrefsTest, LieInTheFolderOfTheUsersSettings) {

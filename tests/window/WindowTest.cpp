@@ -11,7 +11,7 @@ namespace varnith::test {
 void WindowTest::Work(const std::function<void()>& user) {
     Start([&] {
         frame = &Front();
-        user();
+        EXPECT_NO_THROW(user());
     });
 }
 
