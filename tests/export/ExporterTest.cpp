@@ -76,6 +76,7 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
 
         ExcelWritterExtension::saveAsExcelFile(Main().Listbox1, nullptr);
         Listbox narrow;
+        narrow.SetColumns("one", "");
         narrow.AddRow("");
         EXPECT_THROW(ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target)),
                      OutOfBoundsException)
