@@ -6,75 +6,51 @@
 
 namespace varnith::test {
 
-// What another program reads from a file.
-std::string Read(const std::string& path, const std::string& statement) {
-    Shell shell;
-    shell.Execute("sqlite3 '" + path + "' \"" + statement + "\"");
-    return shell.Result();
-}
-
-class PrefsTest : public ProgramTest {
-  protected:
-    PrefsTest() { StartAnew(path); }
-    ~PrefsTest() override { StartAnew(""); }
-
-    // A new run of the program.
-    static void StartAnew(const std::string& settings_path) {
-        Prefs::db = nullptr;
-        Prefs::file = settings_path.empty() ? nullptr : FolderItem::FromPath(settings_path);
-    }
-    // Reads give the default, writes are lost.
-    static void ExpectNothingKept() {
-        Prefs::SetValue("name", true, "value");
-        EXPECT_EQ(Prefs::Value("name", true, "default"), "default");
-    }
-
-    const std::string path = home / "varnth";
-};
+// Each start is a run of the program, behind whose end its settings stay open.
+using PrefsTest = ProgramTest;
 
 TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
-    const std::tuple<const char*, bool, const char*> written[] = {
-        {"lastupdatecheck", true, "2008-06-24"},
-        {"lastupdatecheck", false, "no prefix"},
-        {"LastUpdateCheck", true, "another case"},
-        {"it's", true, "O'Brien ''twice''"},
-        {"\"; drop table preferences; --", true, "\"x\"\n\tx"},
-        {"größe", false, "naïve \xFF"},
-        {"empty", true, ""}};
+    const std::tuple<const char*, bool, const char*> written[] = {{"name", true, "prefix"},
+                                                                  {"name", false, "no prefix"},
+                                                                  {"NAME", true, "another case"},
+                                                                  {"it's", true, "O'Brien ''twice''"},
+                                                                  {"größe\"; --", false, "\"naïve\"\n\xFF"},
+                                                                  {"empty", true, ""}};
+    Start([] {});
     for (const auto& [name, prefix_wanted, value] : written) {
         EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), "default") << name;
         for (const char* each : {"first", value}) Prefs::SetValue(name, prefix_wanted, each);
     }
-    StartAnew(path);
+    Start([] {});
     for (const auto& [name, prefix_wanted, value] : written)
         EXPECT_EQ(Prefs::Value(name, prefix_wanted, "default"), value) << name;
-    EXPECT_EQ(Read(path,
-                   "select sql from sqlite_master;"
-                   "select count(*), count(distinct name) from preferences;"
-                   "select name from preferences where value = '2008-06-24'"),
-              "CREATE TABLE preferences (name varchar, value varchar)\n7|7\nVRNTH-lastupdatecheck\n");
-}
-
-TEST_F(PrefsTest, TakesAnExistingFileAsItStands) {
-    Read(path, "create table preferences (name, value); insert into preferences values ('', 'x'), ('n', 7)");
-    EXPECT_EQ(Prefs::Value("n", false, "default"), "7");
-    EXPECT_EQ(Prefs::Value("", false, "default"), "default") << "a row without a name counts as none";
+    Shell other_program;
+    other_program.Execute("sqlite3 '" + home / "settings/varnth" +
+                          "' \"select sql from sqlite_master;"
+                          "select count(*), count(distinct name) from preferences;"
+                          "select name from preferences where value = 'prefix'\"");
+    EXPECT_EQ(other_program.Result(),
+              "CREATE TABLE preferences (name varchar, value varchar)\n7|7\nVRNTH-name\n")
+        << "the day of the check is the seventh";
 }
 
 TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
-    StartAnew("");
-    ExpectNothingKept();
-    StartAnew(home.File("garbage", std::string(5000, 'x')));
-    ExpectNothingKept();
-    EXPECT_EQ(BytesOf(home / "garbage"), std::string(5000, 'x'));
-    StartAnew(home / "later/varnth");
-    ExpectNothingKept();
-    home.Folder("later");
-    Prefs::SetValue("name", true, "value");
-    EXPECT_EQ(Prefs::Value("name", true, "default"), "value");
+    const auto expect_value = [](const char* value) {
+        Prefs::SetValue("name", true, "kept");
+        EXPECT_EQ(Prefs::Value("name", true, "default"), value);
+    };
+    const std::string no_database = home.File("settings/varnth", std::string(5000, 'x'));
+    Start([] {});
+    expect_value("default");
+    EXPECT_EQ(BytesOf(no_database), std::string(5000, 'x'));
+    std::filesystem::remove_all(home / "settings");
+    expect_value("default");
+    home.Folder("settings");
+    expect_value("kept");
 }
 
 TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
+    Start([] {});
     Prefs::SetValue("name", false, "old");
     Database other;
     other.SetDatabaseFile(Prefs::file);
@@ -90,22 +66,22 @@ TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
     Prefs::SetValue("name", false, "lost, while the other reads");
     other.SQLExecute("insert into preferences values ('other', 'written')");
     other.Commit();
-    EXPECT_EQ(Prefs::Value("name", false, "default"), "old");
-    EXPECT_EQ(Prefs::Value("other", false, "default"), "written");
-    Prefs::SetValue("name", false, "new");
-    EXPECT_EQ(Prefs::Value("name", false, "default"), "new");
+    for (const auto& [name, value] : {std::pair("name", "old"), {"other", "written"}}) {
+        EXPECT_EQ(Prefs::Value(name, false, "default"), value);
+        Prefs::SetValue(name, false, "new");
+        EXPECT_EQ(Prefs::Value(name, false, "default"), "new");
+    }
 }
 
 TEST_F(PrefsTest, LieInTheFolderOfTheUsersSettings) {
     const Environment home_folder("HOME", home.Path());
-    const std::pair<std::string, std::string> cases[] = {
-        {home / "some/where", home / "some/where"}, {"", home / ".config"}, {"relative", home / ".config"}};
-    for (const auto& [value, expected] : cases) {
+    for (const auto& [value, folder] : {std::pair(home / "some/where", home / "some/where"),
+                                        {"", home / ".config"},
+                                        {"relative", home / ".config"}}) {
         const Environment configuration("XDG_CONFIG_HOME", value);
         Start([] {});
-        EXPECT_EQ(Prefs::file->AbsolutePath(), expected + "/varnth");
-        EXPECT_EQ(std::filesystem::status(expected).permissions(), std::filesystem::perms::owner_all);
-        EXPECT_TRUE(Prefs::file->Exists()) << "the day of the check is noted down at once";
+        EXPECT_TRUE(std::filesystem::exists(folder + "/varnth")) << "the day of the check is noted at once";
+        EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QTest>
 #include <QtWidgets>
 #include <functional>
+#include <source_location>
 #include <string>
 
 #include "platform/qt/QtDesktop.h"
@@ -19,13 +20,7 @@ class ScreenDesktop : public QtDesktop {
     int RunEventLoop() override { return script_.RunEventLoop(); }
     void Quit(int status) override { script_.Quit(status); }
     std::optional<std::string> ChooseFolder() override { return script_.ChooseFolder(); }
-    std::optional<std::string> ChooseFileToWrite(const std::string& filter,
-                                                 const std::string& name) override {
-        return script_.ChooseFileToWrite(filter, name);
-    }
-    void OpenDocument(const std::string& path, bool to_front) override {
-        script_.OpenDocument(path, to_front);
-    }
+    void OpenDocument(const std::string& path, bool front) override { script_.OpenDocument(path, front); }
     void ShowMessage(const std::string& text) override { script_.ShowMessage(text); }
     void OpenURL(const std::string& url) override { script_.OpenURL(url); }
 
@@ -38,38 +33,40 @@ class ScreenDesktop : public QtDesktop {
     TestDesktop& script_;
 };
 
-// The whole program in a real window on the screen that the test was given.
+// The whole program in real windows on the screen that the test was given.
 class WindowTest : public ProgramTest {
   protected:
+    // Starts the program and lets the user work, once its window is in front.
+    void Work(const std::function<void()>& user);
+
     // Waits for a condition while events are served; fails the test when it takes too long.
-    static void WaitFor(const std::function<bool()>& condition) {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 10'000));
+    static void WaitFor(const std::function<bool()>& condition,
+                        std::source_location place = std::source_location::current()) {
+        if (!QTest::qWaitFor(condition, 10'000))
+            ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line())) << "it has not come";
     }
 
-    // The window of that title, or else the main window, once it is in front.
-    static QMainWindow& Frame(const std::string& title = "");
-    // The window that an entry of the menus opens, in the middle of the screen.
+    // The window that the program takes for the one in front, once it is.
+    static QMainWindow& Front();
+    // The window that an entry of the menus opens.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
-    // What stands in a window, a line "text left,top width,height" for each control.
-    static Lines Layout(const QMainWindow& frame);
 
     // The main window's table, and where a cell of it is.
-    static QTableView& Table() { return *Frame().findChild<QTableView*>(); }
-    static QPoint Centre(int row, int column) {
+    QTableView& Table() const { return *frame->findChild<QTableView*>(); }
+    QPoint Centre(int row, int column) const {
         return Table().visualRect(Table().model()->index(row, column)).center();
     }
-    // What a user reads in a row, a "|" behind each cell.
-    static std::string Shown(int row);
 
     // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
-    static void Click(const QWidget& widget);
     static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
 
-    ScreenDesktop screen{desktop};
+    // The main window.
+    QMainWindow* frame = nullptr;
 
   private:
-    Desktop::InForce screen_in_force_{screen};
+    ScreenDesktop screen_{desktop};
+    Desktop::InForce screen_in_force_{screen_};
 };
 
 }  // namespace varnith::test

@@ -1,0 +1,162 @@
+#include "platform/ui/Application.h"
+#include "support/SupportWindow.h"
+#include "update/AutoUpdateWindow.h"
+#include "window/WindowTest.h"
+
+namespace varnith::test {
+
+// The menus, the windows that they open, and the windows that come by themselves.
+using OtherWindowsTest = WindowTest;
+
+// What a menu bar's menus show when they are opened.
+std::string Entries(const QMenuBar& bar) {
+    QString entries;
+    for (const QAction* menu : bar.actions()) {
+        emit menu->menu()->aboutToShow();
+        entries += menu->text() + ":";
+        for (const QAction* entry : menu->menu()->actions())
+            entries +=
+                (entry->isEnabled() ? "" : "grey ") + entry->text() + entry->shortcut().toString() + ";";
+    }
+    return entries.toStdString();
+}
+
+TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
+    for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
+        desktop.quit_status.reset();
+        Work([&] {
+            for (const Ref<MenuItem>& entry :
+                 {Main().FileExport(), Main().HelpSupport(), Ref<MenuItem>(Main().HelpAbout())}) {
+                SCOPED_TRACE(entry->Text);
+                EXPECT_EQ(Entries(*frame->menuBar()),
+                          "&File:Export;&QuitCtrl+Q;Help:Support;Visit Website;;About;");
+                QMainWindow& window = Opened(entry);
+                EXPECT_EQ(Entries(*frame->menuBar()),
+                          "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
+                EXPECT_EQ(window.minimumSize(), window.maximumSize());
+                const QSize around = window.screen()->size() - window.size();
+                EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
+                EXPECT_EQ(window.grab().toImage().pixelColor(5, 5) == QColor(Qt::white),
+                          entry == Main().FileExport());
+                for (const auto* label : window.findChildren<QLabel*>())
+                    EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
+                Main().Show();
+                EXPECT_EQ(&Opened(entry), &window);
+                EXPECT_EQ(window.focusWidget(), window.findChild<QLineEdit*>());
+                // Had one of these closed it, the next would end the program.
+                Press("w");
+                Press("shift+w");
+                Press(keys);
+                WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+                EXPECT_EQ(desktop.quit_status, std::nullopt);
+            }
+            Press(keys);
+            WaitFor([&] { return desktop.quit_status == 0; });
+        });
+    }
+}
+
+TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
+    Work([&] {
+        QMainWindow& about = Opened(Main().HelpAbout());
+        QString texts = about.windowTitle();
+        for (const auto* label : about.findChildren<QLabel*>()) {
+            texts += "|" + label->text();
+            EXPECT_EQ(label->alignment(), Qt::AlignCenter);
+            EXPECT_EQ(label->font().bold(), label->y() == 116);
+            EXPECT_EQ(label->font().underline(), label->y() == 258);
+            EXPECT_EQ(label->palette().windowText().color().rgb() == qRgb(0, 0, 255), label->y() == 258);
+        }
+        EXPECT_EQ(texts,
+                  "About: Varnith - Testix|Varnith|Version: 1.2.3|Build Date: 2008-06-24|"
+                  "© The Varnith developers|varnith.example");
+        for (const QRect& place : {QRect(15, 10, 94, 93), QRect(139, 47, 25, 27), QRect(189, 9, 100, 95)})
+            EXPECT_GT(about.grab(place).toImage().convertToFormat(QImage::Format_Indexed8).colorCount(), 3)
+                << "nothing is drawn at " << place.left();
+        for (const int line : {226, 258}) QTest::mouseClick(about.childAt(150, line + 10), Qt::LeftButton);
+        EXPECT_EQ(desktop.urls, Lines({"http://www.varnith.example", "http://varnith.example"}));
+        frame->activateWindow();
+        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+        Application::Current().Choose(Main().HelpVisitWebsite());
+        EXPECT_EQ(desktop.urls.size(), 3u);
+    });
+}
+
+TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
+    Work([&] {
+        QMainWindow& support = Opened(Main().HelpSupport());
+        SupportWindow& w = *SupportWindow::Instance();
+        auto& details = *support.findChild<QPlainTextEdit*>();
+        QGuiApplication::clipboard()->setText("1\r\n2\n3\r4");
+        for (const char* keys : {"ctrl+v", "super+v", "ctrl+shift+v", "super+shift+v"}) {
+            w.EditField3.SetText("über\U0001F600 all");
+            WaitFor([&] { return details.toPlainText() == "über\U0001F600 all"; });
+            details.setFocus();
+            details.moveCursor(QTextCursor::Start);
+            ASSERT_TRUE(details.find("\U0001F600 "));
+            Press(keys);
+            Press("v");
+            Press("Return");
+            WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
+        }
+        // The same over itself: what is typed next comes behind it.
+        QGuiApplication::clipboard()->setText(details.toPlainText());
+        details.selectAll();
+        Press("ctrl+v");
+        Press("x");
+        WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
+        Press("Tab");
+        WaitFor([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
+
+        // It stays as it is in a line too, when the window is drawn.
+        auto& address = *support.findChild<QLineEdit*>();
+        QGuiApplication::clipboard()->setText("a\tb\nc");
+        address.setFocus();
+        address.paste();
+        w.SetTitle("drawn");
+        WaitFor([&] { return support.windowTitle() == "drawn"; });
+        Press("x");
+        WaitFor([&] { return w.EditField1.Text() == "a\tb\ncx"; });
+    });
+}
+
+TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
+    Work([&] {
+        const auto window = AutoUpdateWindow::Instance();
+        // Nobody can be at this address.
+        window->Init("http://127.0.0.1:70000/New.tar.gz");
+        QMainWindow& offer = Front();
+        const auto& details = *offer.findChildren<QLabel*>()[1];
+        WaitFor([&] { return details.text().contains("newer version of available"); });
+        EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
+        EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
+        EXPECT_EQ(QApplication::activeModalWidget(), &offer);
+
+        offer.close();
+        for (const char* keys : {"ctrl+w", "Escape", "alt+F4", "Return"}) Press(keys);
+        WaitFor([&] { return window->Downloader->ErrorCode() != 0; });
+        EXPECT_TRUE(offer.isVisible());
+        EXPECT_FALSE(desktop.quit_status);
+        Press("ctrl+q");
+        WaitFor([&] { return desktop.quit_status == 0; });
+    });
+}
+
+TEST_F(OtherWindowsTest, ThoseOfAnotherProgramAreBroughtToTheFront) {
+    Work([&] {
+        QProcess other;
+        other.start("xmessage", {"other"});
+        WaitFor([&] { return !frame->isActiveWindow(); });
+        // It doesn't say itself whose the window is.
+        QProcess::execute("xprop", {"-name", "xmessage", "-f", "_NET_WM_PID", "32c", "-set", "_NET_WM_PID",
+                                    QString::number(other.processId())});
+        frame->activateWindow();
+        WaitFor([&] { return frame->isActiveWindow(); });
+        Desktop::Current().BringToFront(other.processId());
+        WaitFor([&] { return !frame->isActiveWindow(); });
+        other.kill();
+        other.waitForFinished();
+    });
+}
+
+}  // namespace varnith::test
