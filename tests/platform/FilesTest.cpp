@@ -14,33 +14,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A disk of which one of the calls that change it fails, counted from 1.
+// A disk of which one of the calls that change it fails.
 class FailingDisk : public TestFileSystem {
   public:
-    int failing = 0;
-    mutable int calls = 0;
+    mutable int calls_to_failure = 0;
 
     // A full disk takes a part.
     bool Write(const FileHandle& file, std::string_view bytes) const override {
-        return Fails() ? FileSystem::Write(file, bytes.substr(0, 1)) && false
-                       : FileSystem::Write(file, bytes);
+        const bool ok = Ok();
+        return FileSystem::Write(file, bytes.substr(0, ok ? bytes.npos : 1)) && ok;
     }
-    bool Sync(const FileHandle& file) const override { return !Fails() && FileSystem::Sync(file); }
-    bool MakeFolder(const std::string& path) const override {
-        return !Fails() && FileSystem::MakeFolder(path);
-    }
-    bool MakeLink(const std::string& path, const std::string& target) const override {
-        return !Fails() && FileSystem::MakeLink(path, target);
-    }
+    bool Sync(const FileHandle& file) const override { return Ok() && FileSystem::Sync(file); }
+    bool MakeFolder(const std::string& path) const override { return Ok() && FileSystem::MakeFolder(path); }
     bool SetMode(const std::string& path, std::uint32_t mode) const override {
-        return !Fails() && FileSystem::SetMode(path, mode);
+        return Ok() && FileSystem::SetMode(path, mode);
     }
     RenameResult Rename(const std::string& from, const std::string& to) const override {
-        return Fails() ? RenameResult::Failed : FileSystem::Rename(from, to);
+        return Ok() ? FileSystem::Rename(from, to) : RenameResult::Failed;
     }
 
   private:
-    bool Fails() const { return ++calls == failing; }
+    bool Ok() const { return --calls_to_failure != 0; }
 };
 
 struct FilesTest : testing::Test {
@@ -63,9 +57,8 @@ TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {
     // What lies beyond a folder that can't be reached is not looked for from the current folder instead.
     const std::string up = "/../../../../../../../../../../../../../../../..";
     EXPECT_FALSE(Item("/" + std::string(PATH_MAX - 3, 'x') + up + odd->AbsolutePath())->Exists());
-}
 
-TEST_F(FilesTest, ABareNameLiesBesideTheApplication) {
+    // A bare name lies beside the application.
     folder.Folder("Some.app");
     using Case = std::tuple<const char*, const char*, const char*>;
     for (const auto& [executable, application, varnth] :
@@ -120,16 +113,14 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
         for (const char* source : {"file", "bundle"})
             for (const char* target : {"old file", "empty folder", "link", "missing/file"})
                 Item(here / source)->MoveFileTo(Item(there / target));
-        disk.failing = 0;
-        do {
-            EXPECT_EQ(TreeOf(here.Path()), whole) << "call " << disk.failing;
-            EXPECT_EQ(TreeOf(there.Path()), before) << "call " << disk.failing;
-            ++disk.failing;
-            disk.calls = 0;
+        for (int call = 1; !fs::exists(there / "bundle"); ++call) {
+            EXPECT_EQ(TreeOf(here.Path()), whole) << "in front of call " << call;
+            EXPECT_EQ(TreeOf(there.Path()), before) << "in front of call " << call;
+            disk.calls_to_failure = call;
             Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
-        } while (!fs::exists(there / "bundle"));
+        }
         EXPECT_FALSE(fs::exists(here / "bundle"));
-        disk.failing = 0;
+        disk.calls_to_failure = 0;
         Item(there / "bundle")->MoveFileTo(Item(here / "bundle"));
         EXPECT_EQ(TreeOf(here.Path()), whole);
         EXPECT_EQ(TreeOf(there.Path()), before) << "nothing is left where it was";

@@ -17,19 +17,19 @@ struct SchedulerTest : testing::Test {
     SchedulerTest() { scheduler.SetSlice(std::chrono::milliseconds(0)); }
     ~SchedulerTest() override { scheduler.KillAll(); }
 
-    // A started thread that does something that often, with a yield point behind each time, and writes a dot
-    // when its stack is left, in whatever way.
-    Ref<Script> Run(int steps, const std::function<void()>& step) {
+    static Ref<Script> Run(const std::function<void()>& body) {
         const auto thread = MakeRef<Script>();
-        thread->body = [this, steps, step] {
-            const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
-            for (int i = 0; i < steps; ++i, Yield()) step();
-        };
+        thread->body = body;
         thread->Run();
         return thread;
     }
-    Ref<Script> Writer(char letter, int steps) {
-        return Run(steps, [this, letter] { log += letter; });
+    // It writes its letter that often, with a yield point behind each time, and a dot when its stack is left,
+    // in whatever way.
+    Ref<Script> Writer(char letter, int times) {
+        return Run([this, letter, times] {
+            const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
+            for (int i = 0; i < times; ++i, Yield()) log += letter;
+        });
     }
     std::string LogAfterTurn() { return scheduler.Turn(), log; }
 
@@ -52,16 +52,20 @@ TEST_F(SchedulerTest, SwitchesAtYieldPointsOnlyAndWhenTheSliceIsUsedUp) {
     EXPECT_EQ(LogAfterTurn(), "ababa..aaa.");
 }
 
-TEST_F(SchedulerTest, KillEndsAThreadWhereItStandsAndUnwindsIt) {
+TEST_F(SchedulerTest, AThreadStandsAsideOrIsKilledWhereItStands) {
     Writer('u', 1)->Kill();
     const auto a = Writer('a', 9);
+    a->Suspend();
+    EXPECT_EQ(LogAfterTurn(), "");
+    EXPECT_FALSE(scheduler.UntilNextTurn()) << "nothing to wake the event loop for";
+    a->Resume();
     EXPECT_EQ(LogAfterTurn(), "a");
     for (int i = 0; i < 2; ++i) a->Kill();
     EXPECT_EQ(LogAfterTurn(), "a.");
     a->Run();
     EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be run anew";
     a->Kill();
-    const auto killer = Run(1, [&] { a->Kill(); });
+    const auto killer = Run([&] { a->Kill(); });
     a->Run();
     Writer('w', 9);
     EXPECT_EQ(LogAfterTurn(), "a.a.") << "killed in front of its turn; and another went with its last Ref";
