@@ -2,6 +2,7 @@
 
 #include "app/App.h"
 #include "platform/base/Exceptions.h"
+#include "platform/base/Text.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
@@ -11,6 +12,39 @@ struct StartTest : ProgramTest {
         for (const char* name : {"a.tif", "b.tif", "c.tif"}) documents.File(name, TiffBytes(1));
     }
 };
+
+TEST_F(StartTest, TheWindowOpensInTheMiddleOfTheFirstScreen) {
+    using Case = std::tuple<Desktop::Size, std::int32_t, std::int32_t>;
+    for (const auto& [screen, left, top] :
+         {Case{{1025, 769}, 125, 49}, {{1367, 671}, 296, 0}, {{773, 600}, 0, -35}}) {
+        desktop.screen = screen;
+        Start([&] { EXPECT_EQ(std::pair(Main().Left(), Main().Top()), std::pair(left, top)); });
+    }
+}
+
+TEST_F(StartTest, ControlsFollowTheWindowByTheirLocks) {
+    Start([&] {
+        MainWindow& w = Main();
+        const auto size = [&](std::int32_t width, std::int32_t height) {
+            w.SetSize(width, height);
+            return Str(w.Width()) + "x" + Str(w.Height());
+        };
+        EXPECT_EQ(size(10, 10), "774x670") << "the window doesn't shrink below its design";
+        EXPECT_EQ(size(40000, 40000), "32000x32000");
+        EXPECT_EQ(size(874, 720), "874x720");
+        Lines controls;
+        for (const Control* control : w.Controls()) {
+            const Bounds& b = control->CurrentBounds();
+            controls.push_back(Str(control->TabIndex()) + ": " + Str(b.Left) + "," + Str(b.Top) + " " +
+                               Str(b.Width) + "x" + Str(b.Height) + " " + Str(control->TextSize()));
+        }
+        EXPECT_EQ(controls, (Lines{"0: 7,38 854x651 13", "2: 9,8 56x20 13", "3: 72,7 538x22 13",
+                                   "4: 786,6 80x20 13", "5: 724,693 132x20 0", "8: 10,695 147x20 13",
+                                   "12: 660,7 114x20 13", "13: 615,7 40x20 13"}));
+        EXPECT_EQ(w.Listbox1.ColumnWidths(), (std::vector<std::int32_t>{30, 0, 65, 0, 55}));
+        EXPECT_TRUE(w.EditField1.ReadOnly() && !w.CheckBox4.Value());
+    });
+}
 
 TEST_F(StartTest, MakesTheDatabaseOnceAndShowsNothingOfIt) {
     for (const Lines& saved : {Lines(), Lines{"a.tif|1|.|tif", "b.tif|1|.|tif", "c.tif|1|.|tif"}})
@@ -23,26 +57,23 @@ TEST_F(StartTest, MakesTheDatabaseOnceAndShowsNothingOfIt) {
 }
 
 TEST_F(StartTest, RunsWithoutAWordWhereTheDatabaseIsOfNoUse) {
-    const TemporaryFolder elsewhere;
-    const std::pair<const char*, std::function<void()>> cases[] = {
-        {"no database", [&] { elsewhere.File("varnth", std::string(3000, 'x')); }},
-        {"lacks its table", [&] { elsewhere.File("varnth", ""); }},
-        {"a folder", [&] { elsewhere.Folder("varnth"); }},
-        {"can't be made", [&] { std::filesystem::create_symlink("/nowhere/varnth", elsewhere / "varnth"); }},
-        {"not writable, whoever asks", [&] { disk.executable = "/proc/Varnith"; }},
-        {"application folder gone", [&] { disk.executable = elsewhere / "gone/Varnith"; }}};
-    for (const auto& [name, prepare] : cases) {
-        SCOPED_TRACE(name);
-        std::filesystem::remove_all(elsewhere / "varnth");
-        disk.executable = elsewhere / "Varnith";
-        prepare();
-        const Tree before = TreeOf(elsewhere.Path());
+    const TemporaryFolder places;
+    places.File("no database/varnth", std::string(3000, 'x'));
+    places.File("without its table/varnth");
+    places.Folder("a folder/varnth");
+    std::filesystem::create_symlink("/nowhere/varnth", places.Folder("can't be made") + "/varnth");
+    const Tree before = TreeOf(places.Path());
+    for (const std::string& place :
+         {places / "no database", places / "without its table", places / "a folder", places / "can't be made",
+          places / "gone", std::string("/proc")}) {
+        SCOPED_TRACE(place);
+        disk.executable = place + "/Varnith";
         const auto use = [&] {
             Scan(documents.Path(), true);
             EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");
         };
         EXPECT_EQ(Start(use), 0);
-        EXPECT_EQ(TreeOf(elsewhere.Path()), before);
+        EXPECT_EQ(TreeOf(places.Path()), before);
     }
     EXPECT_EQ(desktop.messages, Lines());
 }

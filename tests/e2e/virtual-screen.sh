@@ -35,17 +35,11 @@ start_screen() {
     mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR" "$TMPDIR"
 
     # The server takes the first number that is free and says which, so that many can start at once.
-    local numbers number
-    mkfifo "$screen_folder/numbers"
-    exec {numbers}<>"$screen_folder/numbers"
-    start_program Xvfb -displayfd "$numbers" -screen 0 "$1x24" -noreset -nolisten tcp \
-        2>"$screen_folder/server.log"
-    if ! read -r -t "$patience" -u "$numbers" number; then
-        echo "The virtual screen did not start: $(cat "$screen_folder/server.log")" >&2
-        return 1
-    fi
-    exec {numbers}>&-
-    export DISPLAY=:$number
+    start_program Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp \
+        3>"$screen_folder/number" 2>"$screen_folder/server.log"
+    wait_until test -s "$screen_folder/number"
+    DISPLAY=:$(<"$screen_folder/number")
+    export DISPLAY
 
     start_program openbox --sm-disable >"$screen_folder/manager.log" 2>&1
     wait_until window_manager_is_there
@@ -66,7 +60,7 @@ stop_screen() {
     rm -rf "$screen_folder"
 }
 
-# Waits for a window whose title matches, and puts its id into found_window.
+# Waits for a window whose title matches. Sets found_window.
 wait_for_window() {
     wait_until find_window "$1"
 }
@@ -78,13 +72,9 @@ find_window() {
     return 1
 }
 
+# Whether a window's title matches.
 has_title() {
     [[ $(xdotool getwindowname "$1" 2>/dev/null) =~ $2 ]]
-}
-
-# Waits until a window's title matches.
-wait_for_title() {
-    wait_until has_title "$1" "$2"
 }
 
 # The width and height of a window's contents, in pixels.
@@ -113,10 +103,9 @@ type_text() {
 
 # Keeps a picture of a window, as PNG, once it has stopped changing.
 take_picture() {
-    local window=$1 file=$2
-    wait_until picture_has_settled "$window"
+    wait_until picture_has_settled "$1"
     # Without dates, so that the same picture is the same file.
-    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$file"
+    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$2"
 }
 
 picture_has_settled() {

@@ -1,23 +1,27 @@
 #include <filesystem>
 
-#include <gtest/gtest.h>
 #include <limits.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include "platform/files/FolderItem.h"
-#include "support/TemporaryFolder.h"
-#include "support/TestFileSystem.h"
+#include "platform/files/SpecialFolders.h"
+#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-// A disk of which one of the calls that change it fails.
+// A disk of which one of the calls that change it fails, and on which all may be somebody else's.
 class FailingDisk : public TestFileSystem {
   public:
     mutable int calls_to_failure = 0;
+    bool others = false;
+
+    std::optional<FileStatus> EntryStatus(const std::string& path) const override {
+        auto status = FileSystem::EntryStatus(path);
+        if (status && others) ++status->owner;
+        return status;
+    }
 
     // A full disk takes a part.
     bool Write(const FileHandle& file, std::string_view bytes) const override {
@@ -133,6 +137,26 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
     }
 }
 
-}  // namespace
+TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {
+    const Environment where("TMPDIR", folder.Path());
+    const std::string name = "varnith-" + std::to_string(geteuid());
+    const std::string place = folder / name;
+    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
+
+    fs::create_directory_symlink(folder.Folder("elsewhere"), place);
+    EXPECT_FALSE(is_taken()) << "a link";
+    fs::remove(place);
+    folder.File(name);
+    EXPECT_FALSE(is_taken()) << "a file";
+    fs::remove(place);
+    EXPECT_EQ(varnith::TemporaryFolder()->AbsolutePath(), place);
+    for (const auto& [mode, taken] : {std::pair(0777, false), {0720, false}, {0702, false}, {0755, true}}) {
+        fs::permissions(place, fs::perms(mode));
+        EXPECT_EQ(is_taken(), taken) << std::oct << mode;
+    }
+    EXPECT_EQ(TreeOf(folder.Path()).at(name), "700/");
+    disk.others = true;
+    EXPECT_FALSE(is_taken()) << "someone else's";
+}
 
 }  // namespace varnith::test

@@ -6,13 +6,12 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include "app/MainWindow.h"
-#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDesktop.h"
 #include "support/TestFileSystem.h"
-#include "support/TiffFile.h"
 
 namespace varnith::test {
 
@@ -22,6 +21,22 @@ using Lines = std::vector<std::string>;
 // until all have ended. Fails the test when it takes too long.
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
+
+// A variable of the environment that has a value of the test's own for as long as this lives.
+class Environment {
+  public:
+    Environment(const char* name, const std::string& value) : name_(name) {
+        if (const char* previous = getenv(name)) previous_ = previous;
+        setenv(name, value.c_str(), 1);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() { previous_ ? setenv(name_, previous_->c_str(), 1) : unsetenv(name_); }
+
+  private:
+    const char* name_;
+    std::optional<std::string> previous_;
+};
 
 // The whole program without a display, in an application folder of its own and on a system named Testix. The
 // user's own settings and temporary files are left alone.
@@ -58,11 +73,11 @@ class ProgramTest : public testing::Test {
     TestFileSystem disk;
 
   private:
+    // The same, with the documents folder left out of the paths in it.
+    std::string FromDocuments(const std::string& text) const;
+
     Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};
     Environment temporary_folder_{"TMPDIR", home.Path()};
-
-    std::string FromDocuments(const std::string& path) const;
-
     Desktop::InForce desktop_in_force_{desktop};
     FileSystem::Replacement disk_in_force_{disk};
 };

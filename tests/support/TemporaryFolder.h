@@ -9,9 +9,7 @@ namespace varnith::test {
 // A fresh folder, removed with all that it holds at the end.
 class TemporaryFolder {
   public:
-    // In the system's temporary folder, or in another one that exists.
-    TemporaryFolder();
-    explicit TemporaryFolder(const std::filesystem::path& parent);
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
@@ -37,5 +35,9 @@ std::string BytesOf(const std::string& path);
 // the permissions of a folder as in "700/", and what a link leads to as in "-> target".
 using Tree = std::map<std::string, std::string>;
 Tree TreeOf(const std::string& path);
+
+// The bytes of a TIFF file with that many pages of one pixel, as libtiff writes it: "wl" little-endian, "wb"
+// big-endian, with an "8" behind it BigTIFF.
+std::string TiffBytes(int pages, const std::string& mode = "wl");
 
 }  // namespace varnith::test

@@ -27,10 +27,7 @@ class TestDesktop : public Desktop {
     std::function<void(const std::string& path)> open;
     // Whether the presses of the user are such of the right button.
     bool right_button = false;
-    bool command_key = false;
-    bool control_key = false;
     Size screen{1024, 768};
-    std::string clipboard;
 
     int dialogs = 0;
     std::vector<std::string> messages;
@@ -41,16 +38,15 @@ class TestDesktop : public Desktop {
     std::optional<int> quit_status;
     // What each timer that runs fires, and every how many milliseconds.
     struct RunningTimer : TimerView {
+        RunningTimer(TestDesktop& its_desktop, std::int32_t its_period, std::function<void()> its_fire)
+            : desktop(its_desktop), period(its_period), fire(std::move(its_fire)) {
+            desktop.timers.push_back(this);
+        }
+        ~RunningTimer() override { std::erase(desktop.timers, this); }
+
+        TestDesktop& desktop;
         std::int32_t period;
         std::function<void()> fire;
-        std::vector<RunningTimer*>& all;
-
-        RunningTimer(std::int32_t its_period, std::function<void()> its_fire,
-                     std::vector<RunningTimer*>& them)
-            : period(its_period), fire(std::move(its_fire)), all(them) {
-            all.push_back(this);
-        }
-        ~RunningTimer() override { std::erase(all, this); }
     };
     std::vector<RunningTimer*> timers;
 
@@ -60,9 +56,8 @@ class TestDesktop : public Desktop {
     }
     void Quit(int status) override { quit_status = status; }
     std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override {
-        return std::make_unique<RunningTimer>(period, std::move(fire), timers);
+        return std::make_unique<RunningTimer>(*this, period, std::move(fire));
     }
-    std::string ClipboardText() const override { return clipboard; }
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
@@ -86,8 +81,6 @@ class TestDesktop : public Desktop {
     void Beep() override { ++beeps; }
     void BringToFront(std::int64_t process) override { brought_to_front.push_back(process); }
     void OpenURL(const std::string& url) override { urls.push_back(url); }
-    bool IsCommandKeyDown() const override { return command_key; }
-    bool IsControlKeyDown() const override { return control_key; }
 };
 
 }  // namespace varnith::test

@@ -1,7 +1,6 @@
 #include <cstdio>
 
 #include "support/TemporaryFolder.h"
-#include "support/TiffFile.h"
 
 // Makes a small tree of TIFF files below a folder, with what a scan meets in practice: nested folders, names
 // in several scripts, both byte orders, BigTIFF, a damaged file, hidden ones and files of other kinds.
