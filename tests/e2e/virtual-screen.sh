@@ -2,17 +2,13 @@
 # A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
 # start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
 
-# The seconds after which a wait is given up. They are many, because on a busy machine all takes long.
+# Seconds. They are many, because on a busy machine all takes long.
 patience=120
 
-# Waits until a command succeeds, asking it again and again.
 wait_until() {
     local end=$((SECONDS + patience)) pause=0.05
     until "$@"; do
-        if [ $SECONDS -ge $end ]; then
-            echo "Waited $patience seconds for nothing: $*" >&2
-            return 1
-        fi
+        [ $SECONDS -lt $end ] || { echo "Waited $patience seconds for nothing: $*" >&2; return 1; }
         sleep "$pause"
     done
 }
@@ -51,11 +47,10 @@ window_manager_is_there() {
 
 # Ends all that was started, the last first.
 stop_screen() {
-    local pids i
-    mapfile -t pids < <(jobs -rp)
-    for ((i = ${#pids[@]} - 1; i >= 0; --i)); do
-        kill "${pids[i]}" 2>/dev/null || true
-        wait "${pids[i]}" 2>/dev/null || true
+    local process
+    for process in $(jobs -rp | tac); do
+        kill "$process" 2>/dev/null || true
+        wait "$process" 2>/dev/null || true
     done
     rm -rf "$screen_folder"
 }

@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include "app/Start.h"
-#include "platform/base/Text.h"
 #include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
 #include "settings/Prefs.h"
@@ -49,8 +48,11 @@ void ProgramTest::Scan(const std::string& folder, bool subfolders) {
     RunThreads();
 }
 
-std::string ProgramTest::FromDocuments(const std::string& text) const {
-    return ReplaceAll(ReplaceAll(text, documents / "", ""), documents.Path(), ".");
+std::string ProgramTest::FromDocuments(std::string text) const {
+    const std::size_t place = text.find(documents.Path());
+    if (place == text.npos) return text;
+    const std::size_t size = documents.Path().size();
+    return text[place + size] == '/' ? text.erase(place, size + 1) : text.replace(place, size, ".");
 }
 
 Lines ProgramTest::Rows() const {

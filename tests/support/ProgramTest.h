@@ -17,8 +17,8 @@ namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
-// Gives the program's threads their turns, one yield point at a time, until the condition holds; without one,
-// until all have ended. Fails the test when it takes too long.
+// Gives the program's threads their turns, one yield point at a time, until the condition holds or, without
+// one, all have ended. Fails the test when it takes too long.
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
 
@@ -38,8 +38,7 @@ class Environment {
     std::optional<std::string> previous_;
 };
 
-// The whole program without a display, in an application folder of its own and on a system named Testix. The
-// user's own settings and temporary files are left alone.
+// The whole program without a display, on a system named Testix.
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest();
@@ -74,7 +73,7 @@ class ProgramTest : public testing::Test {
 
   private:
     // The same, with the documents folder left out of the paths in it.
-    std::string FromDocuments(const std::string& text) const;
+    std::string FromDocuments(std::string text) const;
 
     Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};
     Environment temporary_folder_{"TMPDIR", home.Path()};
