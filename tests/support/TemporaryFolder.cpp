@@ -69,8 +69,6 @@ std::string TiffBytes(int pages, const std::string& mode) {
     for (int page = 0; page < pages; ++page) {
         TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 1);
         TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 1);
-        TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
-        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
         std::uint8_t pixel = 0;
         TIFFWriteScanline(tiff, &pixel, 0, 0);
         TIFFWriteDirectory(tiff);
