@@ -41,7 +41,6 @@ dialog_is_open() {
     active=$(xdotool getactivewindow 2>/dev/null) && [ "$active" != "$((main_window))" ]
 }
 
-# Scans a folder of the home folder with its subfolders, from the tick to the end.
 scan_with_subfolders() {
     click_include_subfolders
     locate "$1"
@@ -62,14 +61,13 @@ menu_is_closed() {
     ! menu_is_open
 }
 
-# Does something that brings up a menu and waits until it is there.
+# Does something that brings up a menu.
 open_menu() {
     wait_until menu_is_closed
     "$@"
     wait_until menu_is_open
 }
 
-# Opens the export window by the keys of the menu.
 open_exporter() {
     open_menu press alt+f
     press Return

@@ -38,14 +38,9 @@ start_screen() {
     export DISPLAY
 
     start_program openbox --sm-disable >"$screen_folder/manager.log" 2>&1
-    wait_until window_manager_is_there
+    wait_until sh -c "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'"
 }
 
-window_manager_is_there() {
-    xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
-}
-
-# Ends all that was started, the last first.
 stop_screen() {
     local process
     for process in $(jobs -rp | tac); do
@@ -67,12 +62,10 @@ find_window() {
     return 1
 }
 
-# Whether a window's title matches.
 has_title() {
     [[ $(xdotool getwindowname "$1" 2>/dev/null) =~ $2 ]]
 }
 
-# The width and height of a window's contents, in pixels.
 size_of() {
     xdotool getwindowgeometry --shell "$1" | sed -n 's/^WIDTH=//p; s/^HEIGHT=//p' | xargs
 }

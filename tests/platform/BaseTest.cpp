@@ -9,8 +9,7 @@
 
 namespace varnith::test {
 
-// Characters of one to four bytes; then what is cut off, overlong, a surrogate, or beyond the last code
-// point, where each byte counts as a character. A blank stands between the characters of a case.
+// A blank stands between the characters. A byte that is no part of valid UTF-8 counts as one.
 TEST(Text, CutsFieldsAndCharactersAndKeepsEveryByte) {
     for (const std::string spaced : {"a \xC3\xA4 \xE2\x82\xAC \xF0\x9F\x93\x84", "\xE2 \x82", "\xC0 \xAF",
                                      "\xED \xA0 \x80", "a \xF4 \x90 \x80 \x80"}) {

@@ -60,7 +60,6 @@ TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {
     const std::string up = "/../../../../../../../../../../../../../../../..";
     EXPECT_FALSE(Item("/" + std::string(PATH_MAX - 3, 'x') + up + odd->AbsolutePath())->Exists());
 
-    // A bare name lies beside the application.
     folder.Folder("Some.app");
     disk.executable = folder / "Some.app/Contents/MacOS/Varnith";
     EXPECT_EQ(ApplicationItem()->AbsolutePath(), folder / "Some.app");
@@ -105,22 +104,20 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
         there.File("old file", "old");
         there.Folder("empty folder");
         fs::create_symlink("/nowhere", there / "link");
-        const Tree whole = TreeOf(here.Path());
-        const Tree before = TreeOf(there.Path());
+        const auto trees = [&] { return std::pair(TreeOf(here.Path()), TreeOf(there.Path())); };
+        const auto before = trees();
         for (const char* source : {"file", "bundle"})
             for (const char* target : {"old file", "empty folder", "link", "missing/file"})
                 Item(here / source)->MoveFileTo(Item(there / target));
         for (int call = 1; !fs::exists(there / "bundle"); ++call) {
-            EXPECT_EQ(TreeOf(here.Path()), whole) << "in front of call " << call;
-            EXPECT_EQ(TreeOf(there.Path()), before) << "in front of call " << call;
+            EXPECT_EQ(trees(), before) << "in front of call " << call;
             disk.calls_to_failure = call;
             Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
         }
         EXPECT_FALSE(fs::exists(here / "bundle"));
         disk.calls_to_failure = 0;
         Item(there / "bundle")->MoveFileTo(Item(here / "bundle"));
-        EXPECT_EQ(TreeOf(here.Path()), whole);
-        EXPECT_EQ(TreeOf(there.Path()), before) << "nothing is left where it was";
+        EXPECT_EQ(trees(), before) << "nothing is left where it was";
 
         ASSERT_EQ(mkfifo((here / "bundle/fifo").c_str(), 0600), 0);
         Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));

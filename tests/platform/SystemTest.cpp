@@ -33,8 +33,7 @@ struct SchedulerTest : testing::Test {
         thread->Run();
         return thread;
     }
-    // It writes its letter that often, with a yield point behind each time, and a dot when its stack is left,
-    // in whatever way.
+    // It writes its letter in that many turns, and a dot when its stack is left, in whatever way.
     Ref<Script> Writer(char letter, int times) {
         return Run([this, letter, times] {
             const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
@@ -98,7 +97,6 @@ TEST(ShellTest, GivesWhatACommandWrites) {
     }
 }
 
-// The real disk, on which some files and the folder that tells of memory are the test's own.
 struct SystemInformationTest : testing::Test, TestFileSystem {
     std::vector<DirectoryEntry> Entries(const std::string& path) const override {
         return FileSystem::Entries(path == memory ? folder.Path() : path);
@@ -160,7 +158,6 @@ TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
         for (int i = 0; i < 2; ++i) launch(name);
     EXPECT_TRUE(desktop.brought_to_front.empty()) << "nothing has been started";
 
-    // It notes down its process and waits to be ended.
     const std::string note = folder / "note";
     fs::permissions(folder.File("New Name/Contents/MacOS/Program",
                                 "#!/bin/sh\necho $$ >'" + note + "'\nexec tail -f /dev/null\n"),

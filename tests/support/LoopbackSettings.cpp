@@ -9,8 +9,8 @@ static std::string FromEnvironment(const char* name, const std::string& otherwis
     return value ? value : otherwise;
 }
 
-// Who starts the program says whom it asks. If nobody does, the host to look up is one that no look-up finds,
-// and none has to leave the machine to tell.
+// Who starts the program says whom it asks. A host of such a name is found by nobody, and no look-up leaves
+// the machine to tell.
 const int BuildSettings::MajorVersion = 1;
 const int BuildSettings::MinorVersion = 2;
 const int BuildSettings::BugVersion = 3;

@@ -48,9 +48,8 @@ class ProgramTest : public testing::Test {
 
     // REQUIRES for all below: called by the user of a program that runs.
     static MainWindow& Main() { return *MainWindow::Instance(); }
-    // "Locate" is pressed and the folder picked; nothing for a cancel.
+    // Presses "Locate" and picks the folder, or cancels.
     void Locate(const std::optional<std::string>& folder);
-    // A whole scan, with "Include Subfolders" ticked or not.
     void Scan(const std::string& folder, bool subfolders);
 
     // The list, a line "name|count|folder|type" a row, and its tags with a "*" behind them where the box is

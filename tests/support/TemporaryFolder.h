@@ -25,10 +25,8 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
-// Writes a file, with the folders above it; returns its path. Raises an exception if that fails.
 std::string WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
-// The bytes of a file; fails the test if it can't be read.
 std::string BytesOf(const std::string& path);
 
 // All that lies below a folder, by path: what it holds of a file, behind its permissions as in "755 bytes",

@@ -23,9 +23,7 @@ class TestDesktop : public Desktop {
     // given its entries: the path or entry picked, or nothing.
     std::function<std::optional<std::string>(const std::string& filter, const std::string& name)> choose_file;
     std::function<std::optional<std::size_t>(const std::vector<std::string>& entries)> choose_entry;
-    // What the desktop does with a document or folder.
     std::function<void(const std::string& path)> open;
-    // Whether the presses of the user are such of the right button.
     bool right_button = false;
     Size screen{1024, 768};
 
@@ -38,14 +36,10 @@ class TestDesktop : public Desktop {
     std::optional<int> quit_status;
     // What each timer that runs fires, and every how many milliseconds.
     struct RunningTimer : TimerView {
-        RunningTimer(TestDesktop& its_desktop, std::int32_t its_period, std::function<void()> its_fire)
-            : desktop(its_desktop), period(its_period), fire(std::move(its_fire)) {
-            desktop.timers.push_back(this);
-        }
-        ~RunningTimer() override { std::erase(desktop.timers, this); }
+        ~RunningTimer() override { std::erase(desktop->timers, this); }
 
-        TestDesktop& desktop;
-        std::int32_t period;
+        TestDesktop* desktop = nullptr;
+        std::int32_t period = 0;
         std::function<void()> fire;
     };
     std::vector<RunningTimer*> timers;
@@ -56,7 +50,12 @@ class TestDesktop : public Desktop {
     }
     void Quit(int status) override { quit_status = status; }
     std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override {
-        return std::make_unique<RunningTimer>(*this, period, std::move(fire));
+        auto timer = std::make_unique<RunningTimer>();
+        timer->desktop = this;
+        timer->period = period;
+        timer->fire = std::move(fire);
+        timers.push_back(timer.get());
+        return timer;
     }
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
