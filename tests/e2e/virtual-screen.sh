@@ -2,8 +2,7 @@
 # A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
 # start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
 
-# Seconds. They are many, because on a busy machine all takes long.
-patience=120
+patience=120  # seconds; many, because on a busy machine all takes long
 
 wait_until() {
     local end=$((SECONDS + patience)) pause=0.05

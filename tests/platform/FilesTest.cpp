@@ -81,7 +81,6 @@ TEST_F(FilesTest, RenamesAndDeletesWhatIsNamed) {
     item->SetName("new 'name'");
     EXPECT_EQ(BytesOf(item->AbsolutePath()), "bytes");
 
-    // A link goes and not what it leads to, and a folder only when it is empty.
     const auto parent = Item(folder.Path());
     for (std::int32_t i = parent->Count(); i >= 1; --i) parent->TrueItem(i)->Delete();
     EXPECT_EQ(TreeOf(folder.Path()), (Tree{{"folder", "755/"}, {"folder/in use", "644 "}}));

@@ -14,7 +14,6 @@ using CountsTest = ProgramTest;
 
 TEST_F(CountsTest, EachScanTakesWhatItsRuleSays) {
     const auto expect_scan = [&](bool subfolders, const Lines& rows) {
-        SCOPED_TRACE(subfolders);
         disk.opened.clear();
         Scan(documents.Path(), subfolders);
         EXPECT_EQ(Rows(), rows);
@@ -107,7 +106,6 @@ TEST_F(CountsTest, AnyFileGetsItsRowAndItsCountAndNothingHangs) {
     };
     Start([&] {
         for (const bool subfolders : {false, true}) {
-            SCOPED_TRACE(subfolders);
             fs::remove_all(documents / "in");
             for (const char* lost : {"in/unreadable/a.tif", "in/vanishes/a.tif"}) documents.File(lost, three);
             Lines rows;

@@ -9,8 +9,7 @@ static std::string FromEnvironment(const char* name, const std::string& otherwis
     return value ? value : otherwise;
 }
 
-// Who starts the program says whom it asks. A host of such a name is found by nobody, and no look-up leaves
-// the machine to tell.
+// Who starts the program says whom it asks. A name of such length is looked for nowhere.
 const int BuildSettings::MajorVersion = 1;
 const int BuildSettings::MinorVersion = 2;
 const int BuildSettings::BugVersion = 3;

@@ -65,8 +65,7 @@ class ProgramTest : public testing::Test {
 
     TemporaryFolder application;
     TemporaryFolder documents;
-    // Where settings and temporary files go.
-    TemporaryFolder home;
+    TemporaryFolder home;  // where settings and temporary files go
     TestDesktop desktop;
     TestFileSystem disk;
 
