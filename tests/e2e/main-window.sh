@@ -3,15 +3,13 @@
 # shellcheck source=virtual-screen.sh
 . "$(dirname "${BASH_SOURCE[0]}")/virtual-screen.sh"
 
-# Starts a program with a folder for its home, in which its folder dialog opens, and waits for its window. Sets
-# program_pid and main_window.
+# Starts a program with a folder for its home, in which its folder dialog opens. Sets program_pid, main_window.
 open_main_window() {
     HOME=$2 start_program "$1"
     program_pid=$started_pid
     wait_for_main_window
 }
 
-# Waits for the window of a program that has been started in some way. Sets main_window.
 wait_for_main_window() {
     wait_for_window '^Varnith - '
     main_window=$found_window
@@ -31,9 +29,8 @@ click_locate() {
     wait_until dialog_is_open
 }
 
-# Presses "Locate" and types a folder's name into the dialog, which is left to be accepted. It is a name in the
-# home folder and no path, because the dialog tries to complete each part of a path, and on a busy machine
-# its proposals come late and get mixed up with what is typed.
+# Presses "Locate" and types a folder's name into the dialog, which is left to be accepted. It is no path,
+# because the dialog tries to complete each part of a path, and on a busy machine its proposals come late.
 locate() {
     click_locate
     type_text "$1"
@@ -44,12 +41,11 @@ dialog_is_open() {
     active=$(xdotool getactivewindow 2>/dev/null) && [ "$active" != "$((main_window))" ]
 }
 
-# Scans a folder of the home folder with its subfolders, from the tick to the end.
 scan_with_subfolders() {
     click_include_subfolders
     locate "$1"
     press Return
-    wait_for_title "$main_window" ' - Finished$'
+    wait_until has_title "$main_window" ' - Finished$'
 }
 
 # A menu is a window of the program that the window manager leaves alone.
@@ -65,14 +61,13 @@ menu_is_closed() {
     ! menu_is_open
 }
 
-# Does something that brings up a menu and waits until it is there.
+# Does something that brings up a menu.
 open_menu() {
     wait_until menu_is_closed
     "$@"
     wait_until menu_is_open
 }
 
-# Opens the export window by the keys of the menu.
 open_exporter() {
     open_menu press alt+f
     press Return

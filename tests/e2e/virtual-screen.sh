@@ -2,17 +2,12 @@
 # A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
 # start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
 
-# The seconds after which a wait is given up. They are many, because on a busy machine all takes long.
-patience=120
+patience=120  # seconds; many, because on a busy machine all takes long
 
-# Waits until a command succeeds, asking it again and again.
 wait_until() {
     local end=$((SECONDS + patience)) pause=0.05
     until "$@"; do
-        if [ $SECONDS -ge $end ]; then
-            echo "Waited $patience seconds for nothing: $*" >&2
-            return 1
-        fi
+        [ $SECONDS -lt $end ] || { echo "Waited $patience seconds for nothing: $*" >&2; return 1; }
         sleep "$pause"
     done
 }
@@ -35,38 +30,26 @@ start_screen() {
     mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR" "$TMPDIR"
 
     # The server takes the first number that is free and says which, so that many can start at once.
-    local numbers number
-    mkfifo "$screen_folder/numbers"
-    exec {numbers}<>"$screen_folder/numbers"
-    start_program Xvfb -displayfd "$numbers" -screen 0 "$1x24" -noreset -nolisten tcp \
-        2>"$screen_folder/server.log"
-    if ! read -r -t "$patience" -u "$numbers" number; then
-        echo "The virtual screen did not start: $(cat "$screen_folder/server.log")" >&2
-        return 1
-    fi
-    exec {numbers}>&-
-    export DISPLAY=:$number
+    start_program Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp \
+        3>"$screen_folder/number" 2>"$screen_folder/server.log"
+    wait_until test -s "$screen_folder/number"
+    DISPLAY=:$(<"$screen_folder/number")
+    export DISPLAY
 
     start_program openbox --sm-disable >"$screen_folder/manager.log" 2>&1
-    wait_until window_manager_is_there
+    wait_until sh -c "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'"
 }
 
-window_manager_is_there() {
-    xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
-}
-
-# Ends all that was started, the last first.
 stop_screen() {
-    local pids i
-    mapfile -t pids < <(jobs -rp)
-    for ((i = ${#pids[@]} - 1; i >= 0; --i)); do
-        kill "${pids[i]}" 2>/dev/null || true
-        wait "${pids[i]}" 2>/dev/null || true
+    local process
+    for process in $(jobs -rp | tac); do
+        kill "$process" 2>/dev/null || true
+        wait "$process" 2>/dev/null || true
     done
     rm -rf "$screen_folder"
 }
 
-# Waits for a window whose title matches, and puts its id into found_window.
+# Waits for a window whose title matches. Sets found_window.
 wait_for_window() {
     wait_until find_window "$1"
 }
@@ -82,12 +65,6 @@ has_title() {
     [[ $(xdotool getwindowname "$1" 2>/dev/null) =~ $2 ]]
 }
 
-# Waits until a window's title matches.
-wait_for_title() {
-    wait_until has_title "$1" "$2"
-}
-
-# The width and height of a window's contents, in pixels.
 size_of() {
     xdotool getwindowgeometry --shell "$1" | sed -n 's/^WIDTH=//p; s/^HEIGHT=//p' | xargs
 }
@@ -113,10 +90,9 @@ type_text() {
 
 # Keeps a picture of a window, as PNG, once it has stopped changing.
 take_picture() {
-    local window=$1 file=$2
-    wait_until picture_has_settled "$window"
+    wait_until picture_has_settled "$1"
     # Without dates, so that the same picture is the same file.
-    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$file"
+    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$2"
 }
 
 picture_has_settled() {

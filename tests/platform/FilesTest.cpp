@@ -1,46 +1,42 @@
 #include <filesystem>
 
-#include <gtest/gtest.h>
 #include <limits.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include "platform/files/FolderItem.h"
-#include "support/TemporaryFolder.h"
-#include "support/TestFileSystem.h"
+#include "platform/files/SpecialFolders.h"
+#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-// A disk of which one of the calls that change it fails, counted from 1.
+// A disk of which one of the calls that change it fails, and on which all may be somebody else's.
 class FailingDisk : public TestFileSystem {
   public:
-    int failing = 0;
-    mutable int calls = 0;
+    mutable int calls_to_failure = 0;
+    bool others = false;
 
-    // A full disk takes a part.
+    std::optional<FileStatus> EntryStatus(const std::string& path) const override {
+        auto status = FileSystem::EntryStatus(path);
+        if (status && others) ++status->owner;
+        return status;
+    }
+
     bool Write(const FileHandle& file, std::string_view bytes) const override {
-        return Fails() ? FileSystem::Write(file, bytes.substr(0, 1)) && false
-                       : FileSystem::Write(file, bytes);
+        return Ok() && FileSystem::Write(file, bytes);
     }
-    bool Sync(const FileHandle& file) const override { return !Fails() && FileSystem::Sync(file); }
-    bool MakeFolder(const std::string& path) const override {
-        return !Fails() && FileSystem::MakeFolder(path);
-    }
-    bool MakeLink(const std::string& path, const std::string& target) const override {
-        return !Fails() && FileSystem::MakeLink(path, target);
-    }
+    bool Sync(const FileHandle& file) const override { return Ok() && FileSystem::Sync(file); }
+    bool MakeFolder(const std::string& path) const override { return Ok() && FileSystem::MakeFolder(path); }
     bool SetMode(const std::string& path, std::uint32_t mode) const override {
-        return !Fails() && FileSystem::SetMode(path, mode);
+        return Ok() && FileSystem::SetMode(path, mode);
     }
     RenameResult Rename(const std::string& from, const std::string& to) const override {
-        return Fails() ? RenameResult::Failed : FileSystem::Rename(from, to);
+        return Ok() ? FileSystem::Rename(from, to) : RenameResult::Failed;
     }
 
   private:
-    bool Fails() const { return ++calls == failing; }
+    bool Ok() const { return --calls_to_failure != 0; }
 };
 
 struct FilesTest : testing::Test {
@@ -63,18 +59,13 @@ TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {
     // What lies beyond a folder that can't be reached is not looked for from the current folder instead.
     const std::string up = "/../../../../../../../../../../../../../../../..";
     EXPECT_FALSE(Item("/" + std::string(PATH_MAX - 3, 'x') + up + odd->AbsolutePath())->Exists());
-}
 
-TEST_F(FilesTest, ABareNameLiesBesideTheApplication) {
     folder.Folder("Some.app");
-    using Case = std::tuple<const char*, const char*, const char*>;
-    for (const auto& [executable, application, varnth] :
-         {Case{"Some.app/Contents/MacOS/Varnith", "Some.app", "varnth"},
-          {"Some.app/Varnith", "Some.app/Varnith", "Some.app/varnth"}}) {
-        disk.executable = folder / executable;
-        EXPECT_EQ(ApplicationItem()->AbsolutePath(), folder / application);
-        EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / varnth);
-    }
+    disk.executable = folder / "Some.app/Contents/MacOS/Varnith";
+    EXPECT_EQ(ApplicationItem()->AbsolutePath(), folder / "Some.app");
+    EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / "varnth");
+    disk.executable = folder / "Some.app/Varnith";
+    EXPECT_EQ(GetFolderItem("varnth")->AbsolutePath(), folder / "Some.app/varnth");
     EXPECT_EQ(GetFolderItem(folder / "new")->AbsolutePath(), folder / "new");
     for (const std::string& path : {folder / "missing/new", std::string("a\0b", 3)})
         EXPECT_FALSE(GetFolderItem(path)) << path;
@@ -91,10 +82,7 @@ TEST_F(FilesTest, RenamesAndDeletesWhatIsNamed) {
     EXPECT_EQ(BytesOf(item->AbsolutePath()), "bytes");
 
     const auto parent = Item(folder.Path());
-    EXPECT_FALSE(parent->Child("link to nothing")->Exists());
-    for (std::int32_t i = 1; i <= parent->Count(); ++i) EXPECT_TRUE(parent->TrueItem(i)->Exists()) << i;
-    for (const char* name : {"folder", "link", "link to nothing", "new 'name'", "missing"})
-        parent->Child(name)->Delete();
+    for (std::int32_t i = parent->Count(); i >= 1; --i) parent->TrueItem(i)->Delete();
     EXPECT_EQ(TreeOf(folder.Path()), (Tree{{"folder", "755/"}, {"folder/in use", "644 "}}));
 }
 
@@ -115,24 +103,20 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
         there.File("old file", "old");
         there.Folder("empty folder");
         fs::create_symlink("/nowhere", there / "link");
-        const Tree whole = TreeOf(here.Path());
-        const Tree before = TreeOf(there.Path());
+        const auto trees = [&] { return std::pair(TreeOf(here.Path()), TreeOf(there.Path())); };
+        const auto before = trees();
         for (const char* source : {"file", "bundle"})
             for (const char* target : {"old file", "empty folder", "link", "missing/file"})
                 Item(here / source)->MoveFileTo(Item(there / target));
-        disk.failing = 0;
-        do {
-            EXPECT_EQ(TreeOf(here.Path()), whole) << "call " << disk.failing;
-            EXPECT_EQ(TreeOf(there.Path()), before) << "call " << disk.failing;
-            ++disk.failing;
-            disk.calls = 0;
+        for (int call = 1; !fs::exists(there / "bundle"); ++call) {
+            EXPECT_EQ(trees(), before) << "in front of call " << call;
+            disk.calls_to_failure = call;
             Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
-        } while (!fs::exists(there / "bundle"));
+        }
         EXPECT_FALSE(fs::exists(here / "bundle"));
-        disk.failing = 0;
+        disk.calls_to_failure = 0;
         Item(there / "bundle")->MoveFileTo(Item(here / "bundle"));
-        EXPECT_EQ(TreeOf(here.Path()), whole);
-        EXPECT_EQ(TreeOf(there.Path()), before) << "nothing is left where it was";
+        EXPECT_EQ(trees(), before) << "nothing is left where it was";
 
         ASSERT_EQ(mkfifo((here / "bundle/fifo").c_str(), 0600), 0);
         Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
@@ -142,6 +126,26 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
     }
 }
 
-}  // namespace
+TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {
+    const Environment where("TMPDIR", folder.Path());
+    const std::string name = "varnith-" + std::to_string(geteuid());
+    const std::string place = folder / name;
+    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
+
+    fs::create_directory_symlink(folder.Folder("elsewhere"), place);
+    EXPECT_FALSE(is_taken()) << "a link";
+    fs::remove(place);
+    folder.File(name);
+    EXPECT_FALSE(is_taken()) << "a file";
+    fs::remove(place);
+    EXPECT_EQ(varnith::TemporaryFolder()->AbsolutePath(), place);
+    for (const auto& [mode, taken] : {std::pair(0777, false), {0720, false}, {0702, false}, {0755, true}}) {
+        fs::permissions(place, fs::perms(mode));
+        EXPECT_EQ(is_taken(), taken) << std::oct << mode;
+    }
+    EXPECT_EQ(TreeOf(folder.Path()).at(name), "700/");
+    disk.others = true;
+    EXPECT_FALSE(is_taken()) << "someone else's";
+}
 
 }  // namespace varnith::test

@@ -1,23 +1,84 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <memory>
+#include <set>
 
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include "platform/base/Text.h"
-#include "platform/files/SpecialFolders.h"
 #include "platform/system/ApplicationLaunch.h"
 #include "platform/system/Shell.h"
 #include "platform/system/SystemInformationMBS.h"
+#include "platform/threads/Scheduler.h"
+#include "platform/threads/Thread.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
 
-namespace {
-
 namespace fs = std::filesystem;
+
+struct SchedulerTest : testing::Test {
+    struct Script : Thread {
+        std::function<void()> body;
+        void Event_Run() override { body(); }
+    };
+
+    SchedulerTest() { scheduler.SetSlice(std::chrono::milliseconds(0)); }
+    ~SchedulerTest() override { scheduler.KillAll(); }
+
+    static Ref<Script> Run(const std::function<void()>& body) {
+        const auto thread = MakeRef<Script>();
+        thread->body = body;
+        thread->Run();
+        return thread;
+    }
+    // It writes its letter in that many turns, and a dot when its stack is left, in whatever way.
+    Ref<Script> Writer(char letter, int times) {
+        return Run([this, letter, times] {
+            const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
+            for (int i = 0; i < times; ++i, Yield()) log += letter;
+        });
+    }
+    std::string LogAfterTurn() { return scheduler.Turn(), log; }
+
+    Scheduler& scheduler = Scheduler::Current();
+    std::string log;
+};
+
+TEST_F(SchedulerTest, SwitchesAtYieldPointsOnlyAndWhenTheSliceIsUsedUp) {
+    const auto a = Writer('a', 3);
+    const auto b = Writer('b', 2);
+    a->Run();
+    EXPECT_EQ(log, "") << "a body starts with the next turn";
+    EXPECT_EQ(LogAfterTurn(), "ab");
+    Yield();
+    EXPECT_EQ(log, "abab") << "a yield point in an event handler gives the threads a turn";
+    EXPECT_EQ(LogAfterTurn(), "ababa.");
+    EXPECT_EQ(LogAfterTurn(), "ababa..") << "a thread that runs is not run a second time";
+    scheduler.SetSlice(std::chrono::hours(1));
+    a->Run();
+    EXPECT_EQ(LogAfterTurn(), "ababa..aaa.");
+}
+
+TEST_F(SchedulerTest, AThreadStandsAsideOrIsKilledWhereItStands) {
+    Writer('u', 1)->Kill();
+    const auto a = Writer('a', 9);
+    a->Suspend();
+    EXPECT_EQ(LogAfterTurn(), "");
+    EXPECT_FALSE(scheduler.UntilNextTurn()) << "nothing to wake the event loop for";
+    a->Resume();
+    EXPECT_EQ(LogAfterTurn(), "a");
+    for (int i = 0; i < 2; ++i) a->Kill();
+    EXPECT_EQ(LogAfterTurn(), "a.");
+    a->Run();
+    EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be run anew";
+    a->Kill();
+    const auto killer = Run([&] { a->Kill(); });
+    a->Run();
+    Writer('w', 9);
+    EXPECT_EQ(LogAfterTurn(), "a.a.") << "killed in front of its turn; and another went with its last Ref";
+}
 
 TEST(ShellTest, GivesWhatACommandWrites) {
     const std::string much = "head -c 300000 /dev/zero | tr '\\0' x";
@@ -36,37 +97,45 @@ TEST(ShellTest, GivesWhatACommandWrites) {
     }
 }
 
-// The real disk, on which some files and a folder are the test's own, as is what belongs to whom.
-class SystemTest : public testing::Test, public TestFileSystem {
-  protected:
+struct SystemInformationTest : testing::Test, TestFileSystem {
     std::vector<DirectoryEntry> Entries(const std::string& path) const override {
         return FileSystem::Entries(path == memory ? folder.Path() : path);
-    }
-    std::optional<FileStatus> EntryStatus(const std::string& path) const override {
-        auto status = FileSystem::EntryStatus(path);
-        if (status && others) ++status->owner;
-        return status;
     }
     void Write(const std::string& path, const std::string& bytes) {
         elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);
     }
 
     const std::string memory = "/sys/devices/system/memory";
-    bool others = false;
     TemporaryFolder folder;
-
-  private:
-    FileSystem::Replacement in_force_{*this};
+    FileSystem::Replacement in_force{*this};
 };
 
-TEST_F(SystemTest, TellsNameVersionAndMemory) {
-    using Case = std::tuple<const char*, const char*, const char*>;
-    for (const auto& [release, name, version] : {Case{"NAME=\"a \\\"b\\\" c\"\nNAMES=d\n", "a \"b\" c", ""},
-                                                 {"NAME='\\a'\nVERSION_ID=\"39\"\nBUILD_ID=x\n", "\\a", "39"},
-                                                 {"NAME=\nBUILD_ID=rolling\n", "Linux", "rolling"}}) {
-        Write("/etc/os-release", release);
-        EXPECT_EQ(SystemInformationMBS::OSName(), name);
-        EXPECT_EQ(SystemInformationMBS::OSVersionString(), version);
+TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
+    const char* const release = "/etc/os-release";
+    const char* const product = "/sys/class/dmi/id/product_serial";
+    const char* const board = "/proc/device-tree/serial-number";
+    const char* const machine = "/etc/machine-id";
+    const auto serial = SystemInformationMBS::MacSerialNumber;
+    Write(product, "  \n");
+    Write(board, "");
+    std::set<std::string> numbers;
+    for (const std::string id : {"01234567890abcde", "11234567890abcde", "01234567890abcde"}) {
+        Write(machine, id + "\n");
+        numbers.insert(serial());
+        EXPECT_EQ(ReplaceAll(serial(), "-", "").find("1234567"), std::string::npos) << "it tells the id";
+    }
+    EXPECT_EQ(numbers.size(), 2u) << "a machine keeps its number, and no other has it";
+    using Case = std::tuple<const char*, std::string, std::string (*)(), std::string>;
+    for (const auto& [path, bytes, told, expected] :
+         {Case{release, "NAME=\"a \\\"b\\\" c\"\nNAMES=d\n", SystemInformationMBS::OSName, "a \"b\" c"},
+          {release, "NAME=\nBUILD_ID=rolling\n", SystemInformationMBS::OSName, "Linux"},
+          {release, "NAMES=d\nBUILD_ID=rolling\n", SystemInformationMBS::OSVersionString, "rolling"},
+          {release, "VERSION_ID=\"39\"\nBUILD_ID=x\n", SystemInformationMBS::OSVersionString, "39"},
+          {machine, "", serial, ""},
+          {board, std::string("10000000abc\0", 12), serial, "10000000abc"},
+          {product, " PF-1 2\n", serial, "PF-1 2"}}) {
+        Write(path, bytes);
+        EXPECT_EQ(told(), expected) << bytes;
     }
     // What is built in counts, whatever part of it the system keeps for itself.
     Write(memory + "/block_size_bytes", "80000000\n");
@@ -77,51 +146,6 @@ TEST_F(SystemTest, TellsNameVersionAndMemory) {
     EXPECT_EQ(SystemInformationMBS::LogicalRAM(), 8.0 * (1 << 30));
 }
 
-TEST_F(SystemTest, TellsMachinesApartWithoutGivingThemAway) {
-    const auto number_with = [this](const char* path, const std::string& bytes) {
-        Write(path, bytes);
-        return SystemInformationMBS::MacSerialNumber();
-    };
-    const char* const product = "/sys/class/dmi/id/product_serial";
-    const char* const board = "/proc/device-tree/serial-number";
-    const char* const machine = "/etc/machine-id";
-    number_with(product, "  \n");
-    number_with(board, "");
-    const std::string number = number_with(machine, "0123456789abcdef0123456789abcdef\n");
-    EXPECT_EQ(ReplaceAll(number, "-", "").find("01234567"), std::string::npos) << number;
-    EXPECT_NE(number_with(machine, "1123456789abcdef0123456789abcdef\n"), number);
-    EXPECT_EQ(number_with(machine, "0123456789abcdef0123456789abcdef\n"), number);
-    EXPECT_EQ(number_with(machine, ""), "");
-    EXPECT_EQ(number_with(board, std::string("10000000abc\0", 12)), "10000000abc");
-    EXPECT_EQ(number_with(product, " PF-1 2\n"), "PF-1 2");
-}
-
-TEST_F(SystemTest, TheTemporaryFolderIsTheUsersAlone) {
-    const Environment where("TMPDIR", folder.Path());
-    const std::string name = "varnith-" + std::to_string(geteuid());
-    const std::string place = folder / name;
-    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
-    const auto mode = [&] { return TreeOf(folder.Path()).at(name); };
-
-    fs::permissions(folder.Folder("elsewhere"), fs::perms::owner_all);
-    fs::create_directory_symlink(folder / "elsewhere", place);
-    EXPECT_FALSE(is_taken()) << "a link";
-    fs::remove(place);
-    folder.File(name, "a file");
-    EXPECT_FALSE(is_taken()) << "a file";
-    fs::remove(place);
-    EXPECT_EQ(varnith::TemporaryFolder()->AbsolutePath(), place);
-    EXPECT_EQ(mode(), "700/");
-    for (const auto& [bits, taken] :
-         {std::pair(0777u, false), {0720u, false}, {0702u, false}, {0755u, true}}) {
-        fs::permissions(place, fs::perms(bits));
-        EXPECT_EQ(is_taken(), taken) << std::oct << bits;
-    }
-    EXPECT_EQ(mode(), "700/");
-    others = true;
-    EXPECT_FALSE(is_taken()) << "someone else's";
-}
-
 TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
     const TemporaryFolder folder;
     TestDesktop desktop;
@@ -129,41 +153,34 @@ TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
     const auto launch = [&](const char* name) {
         LaunchApplication(FolderItem::FromPath(folder / name), true);
     };
-    const auto program = [&](const char* name, const std::string& bytes) {
-        fs::permissions(folder.File(name, bytes), fs::perms(0755));
-    };
-    folder.File("a file", "#!/bin/sh\n");
-    program("Broken.app/Contents/MacOS/Program", "\x7F" + std::string("ELF"));
-    for (const char* name : {"a file", ".", "missing", "Broken.app"})
+    folder.File("New Name/Contents/MacOS/A file", "#!/bin/sh\n");
+    for (const char* name : {"missing", ".", "New Name/Contents/MacOS/A file"})
         for (int i = 0; i < 2; ++i) launch(name);
     EXPECT_TRUE(desktop.brought_to_front.empty()) << "nothing has been started";
 
-    // It reads its input, notes down its process, and waits to be ended.
-    program("New Name/Contents/MacOS/Program",
-            "#!/bin/sh\ncat\necho $$ >>'" + folder / "started" + "'\nexec tail -f /dev/null\n");
-    folder.File("New Name/Contents/MacOS/A file");
-    const FileHandle not_handed_on(dup(STDERR_FILENO));
-    for (int i = 0; i < 3; ++i) launch("New Name");
-    std::vector<pid_t> started;
-    const auto have_started = [&](std::size_t count) {
-        std::ifstream lines(folder / "started");
-        started.assign(std::istream_iterator<pid_t>(lines), {});
-        return started.size() >= count;
+    const std::string note = folder / "note";
+    fs::permissions(folder.File("New Name/Contents/MacOS/Program",
+                                "#!/bin/sh\necho $$ >'" + note + "'\nexec tail -f /dev/null\n"),
+                    fs::perms::owner_all);
+    const auto started = [&] {
+        pid_t process = 0;
+        RunThreadsUntil([&] { return static_cast<bool>(std::ifstream(note) >> process); });
+        fs::remove(note);
+        return process;
     };
-    RunThreadsUntil([&] { return have_started(1); });
-    const pid_t process = started.at(0);
+    const FileHandle not_handed_on(dup2(STDERR_FILENO, 100));  // far from numbers of its own
+    for (int i = 0; i < 3; ++i) launch("New Name");
+    const pid_t process = started();
+    ASSERT_GT(process, 0);
     EXPECT_EQ(desktop.brought_to_front, (std::vector<std::int64_t>{process, process}));
     EXPECT_EQ(getsid(process), process) << "it would end with this program's terminal";
-    const fs::directory_iterator files("/proc/" + std::to_string(process) + "/fd");
-    EXPECT_LE(std::distance(begin(files), end(files)), 4) << "the shell has its script open too";
+    EXPECT_FALSE(fs::exists("/proc/" + Str(process) + "/fd/" + Str(not_handed_on.Descriptor())));
 
     kill(process, SIGKILL);
     while (kill(process, 0) == 0) launch("New Name");
-    RunThreadsUntil([&] { return have_started(2); });
-    EXPECT_EQ(started.size(), 2u);
-    kill(started.back(), SIGKILL);
+    const pid_t successor = started();
+    ASSERT_GT(successor, 0);
+    kill(successor, SIGKILL);
 }
-
-}  // namespace
 
 }  // namespace varnith::test

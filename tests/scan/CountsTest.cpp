@@ -1,80 +1,145 @@
-#include <algorithm>
+#include <filesystem>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/base/Text.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
 
+namespace fs = std::filesystem;
+using namespace std::string_literals;
 using CountsTest = ProgramTest;
 
-// A name with a slash at its end is a folder that holds in.tif.
 TEST_F(CountsTest, EachScanTakesWhatItsRuleSays) {
-    const std::string tiff = TiffBytes(2);
-    using Case = std::tuple<std::string, const char*, const char*>;
-    const Case cases[] = {{"a.tif", "a.tif|2|.|tif", "a.tif|2|.|tif"},
-                          {"a.tiff", "a.tiff|2|.|tiff", "a.tiff|2|.|tiff"},
-                          {"A.TIFF", "A.TIFF|2|.|TIFF", "A.TIFF|2|.|TIFF"},
-                          {"a.tIf", "a.tIf|2|.|tIf", "a.tIf|2|.|tIf"},
-                          {"a.b.c.tif", "a.b.c.tif|2|.|tif", "a.b.c.tif|2|.|tif"},
-                          {"listed.tif", "", "listed.tif|2|.|tif"},
-                          {"listed.tiff", "", ""},
-                          {".a.tif", "", ".a.tif|2|.|tif"},
-                          {".a.tiff", "", ""},
-                          {".tif", "", ".tif|2|.|tif"},
-                          {"tif", "", "tif|2|.|tif"},
-                          {"TIFF", "TIFF|2|.|TIFF", ""},
-                          {"a.tif.", "", ""},
-                          {"atif", "", ""},
-                          {"a.pdf", "", ""},
-                          {"scans.tif/", "in.tif|2|scans.tif|tif", "scans.tif|0|.|tif"},
-                          {"scans.tiff/", "in.tif|2|scans.tiff|tif", "scans.tiff|0|.|tiff"},
-                          {"tif/", "in.tif|2|tif|tif", "tif|0|.|tif"},
-                          {"sub/", "in.tif|2|sub|tif", ""},
-                          {".sub/sub/", "", ""},
-                          {"Some.app/Contents/", "in.tif|2|Some.app/Contents|tif", ""}};
-    documents.File(".hidden", "listed.tif\nlisted.tiff\n");
-    const auto taken = [&](const std::string& path) {
-        return path.starts_with(documents.Path()) && !path.ends_with("/.hidden");
+    const auto expect_scan = [&](bool subfolders, const Lines& rows) {
+        disk.opened.clear();
+        Scan(documents.Path(), subfolders);
+        EXPECT_EQ(Rows(), rows);
+        std::erase_if(disk.opened, [&](const std::string& path) {
+            return !path.starts_with(documents.Path()) || path.ends_with("/.hidden");
+        });
+        EXPECT_EQ(disk.opened.size(), rows.size()) << "only what is taken is opened, and once";
     };
+    for (const char* name : {"a.tif",
+                             "a.tIf",
+                             "a.tiff",
+                             "A.TIFF",
+                             "a.b.c.tif",
+                             "a.tif.",
+                             "atif",
+                             "a.pdf",
+                             "b 7.tif",
+                             "b 007.tif",
+                             "b 10.tif",
+                             "tif",
+                             "TIFF",
+                             ".tif",
+                             ".a.tif",
+                             ".a.tiff",
+                             "listed.tif",
+                             "listed.tiff",
+                             "scans.tif/b.tif",
+                             "scans.tiff/b.tif",
+                             "TIF/b.tif",
+                             "sub/b.tif",
+                             ".sub/sub/b.tif",
+                             "Some.app/Contents/b.tif"})
+        documents.File(name, TiffBytes(2));
+    documents.File(".hidden", "listed.tif\nlisted.tiff\n");
     Start([&] {
-        for (const auto& [name, recursive, flat] : cases) {
-            documents.File(name + (name.ends_with('/') ? "in.tif" : ""), tiff);
-            for (const bool subfolders : {true, false}) {
-                SCOPED_TRACE(name + (subfolders ? " recursive" : " flat"));
-                disk.opened.clear();
-                Scan(documents.Path(), subfolders);
-                const std::string row = subfolders ? recursive : flat;
-                EXPECT_EQ(Rows(), row.empty() ? Lines() : Lines{row});
-                EXPECT_EQ(std::count_if(disk.opened.begin(), disk.opened.end(), taken), row.empty() ? 0 : 1)
-                    << "only what is taken is opened, and once";
-            }
-            std::filesystem::remove_all(documents / name.substr(0, name.find('/')));
-        }
+        expect_scan(true, {"a.b.c.tif|2|.|tif", "a.tIf|2|.|tIf", "a.tif|2|.|tif", "A.TIFF|2|.|TIFF",
+                           "a.tiff|2|.|tiff", "b 007.tif|2|.|tif", "b 7.tif|2|.|tif", "b 10.tif|2|.|tif",
+                           "b.tif|2|scans.tif|tif", "b.tif|2|scans.tiff|tif", "b.tif|2|Some.app/Contents|tif",
+                           "b.tif|2|sub|tif", "b.tif|2|TIF|tif", "TIFF|2|.|TIFF"});
+        expect_scan(false, {".a.tif|2|.|tif", ".tif|2|.|tif", "a.b.c.tif|2|.|tif", "a.tIf|2|.|tIf",
+                            "a.tif|2|.|tif", "A.TIFF|2|.|TIFF", "a.tiff|2|.|tiff", "b 007.tif|2|.|tif",
+                            "b 7.tif|2|.|tif", "b 10.tif|2|.|tif", "listed.tif|2|.|tif", "scans.tif|2|.|tif",
+                            "scans.tiff|2|.|tiff", "TIF|2|.|TIF", "tif|2|.|tif"});
     });
 }
 
-TEST_F(CountsTest, AFileThatCannotBeOpenedKeepsTheCountOfTheFolderSoFar) {
-    for (const char* empty : {"1.tif", "4/1.tif", "4/3/1.tiff", "4/4.tif", "5.tif", "8.tif"})
-        documents.File(empty);
-    for (const auto& [name, pages] : {std::pair("2.tif", 12), {"4/2.tif", 5}, {"6.tif", 3}, {"10.tif", 1}})
-        documents.File(name, TiffBytes(pages));
-    documents.File("3.TIF", "damaged");
-    documents.File("7.tif", TiffBytes(4).substr(0, 8));
-    documents.Folder("11.tif");
-    const Lines tree = {"1.tif|0|.|tif", "2.tif|12|.|tif",    "3.TIF|12|.|TIF", "1.tif|0|4|tif",
-                        "2.tif|5|4|tif", "1.tiff|0|4/3|tiff", "4.tif|5|4|tif",  "5.tif|12|.|tif",
-                        "6.tif|3|.|tif", "7.tif|0|.|tif",     "8.tif|0|.|tif",  "10.tif|1|.|tif"};
-    Lines top = tree;
-    top.erase(top.begin() + 3, top.begin() + 7);
-    top.push_back("11.tif|1|.|tif");
+// A place in the folder and the count to show are the first words of each name. What can't be opened shows
+// the count of the file in front of it, in the same folder.
+TEST_F(CountsTest, AnyFileGetsItsRowAndItsCountAndNothingHangs) {
+    const std::string three = TiffBytes(3);
+    using Make = std::function<void(const std::string& path)>;
+    const auto file = [](const std::string& bytes) { return [=](const auto& p) { WriteFile(p, bytes); }; };
+    const auto link = [](const char* target) { return [=](const auto& p) { symlink(target, p.c_str()); }; };
+    const auto node = [](mode_t kind) { return [=](const auto& p) { mknod(p.c_str(), kind | 0600, 0); }; };
+    const std::pair<std::string, Make> entries[] = {
+        {"01 0 empty, the first.tif", file("")},
+        {"02 12 pages.tif", file(TiffBytes(12))},
+        {"03 12 no TIFF.tif", file("damaged")},
+        {"04 12 FIFO.tif", node(S_IFIFO)},
+        {"05 12 socket.tif", node(S_IFSOCK)},
+        {"06 12 endless device.tif", link("/dev/zero")},
+        {"07 12 link to nowhere.tif", link("nowhere")},
+        {"08 12 link to itself.tif", link("08 12 link to itself.tif")},
+        {"09 12 link to its folder.tif", link(".")},
+        {"10 12 unreadable.tif", file(three)},
+        {"11 12 vanishes.tif", file(three)},
+        {"12 12 turns into a FIFO.tif", file(three)},
+        {"13 sub/01 0 empty, the first.tif", file("")},
+        {"13 sub/02 5 pages.tif", file(TiffBytes(5))},
+        {"13 sub/03 sub/01 0 empty.tif", file("")},
+        {"13 sub/04 5 empty, behind a folder.tif", file("")},
+        {"14 12 empty, behind a folder.tif", file("")},
+        {"15 0 without a page.tif", file("II*\0\0\0\0\0"s)},
+        {"17 1 page.tif", file(TiffBytes(1))},
+        {"18 0 damaged.tif", file("MM\0*damaged"s)},
+        {"19 1 page and one cut off.tif", file(three.substr(0, three.size() / 2))},
+        {"20 2 pages without end.tif", file("II*\0\x8\0\0\0\0\0\xE\0\0\0\0\0\x8\0\0\0"s)},
+        {"21 5 pages, by a link.tif", link("13 sub/02 5 pages.tif")},
+        {"22 1 it's \"double\"'); drop table preferences; --\nline\r\ttab %s&?*\\\x1.tif",
+         file(TiffBytes(1))},
+        {"24 1 \xFF\xFE\xC3 \xD7\xA9\xE2\x80\xAE.tif", file(TiffBytes(1))},
+        {"25 1 " + std::string(246, '\xE9') + ".tif", file(TiffBytes(1))},
+        {"26 a'\"\n\xFF/01 1 page.tif", file(TiffBytes(1))},
+    };
+    disk.fails = [](const std::string& path) {
+        const bool turns = path.ends_with("turns into a FIFO.tif");
+        if (turns || path.ends_with("vanishes.tif") || path.ends_with("vanishes")) fs::remove_all(path);
+        if (turns) mkfifo(path.c_str(), 0600);
+        return path.find("unreadable") != path.npos;
+    };
     Start([&] {
-        for (const auto& [rows, tags] :
-             {std::pair(tree, Lines{"1", "2", "3", "1", "2", "1", "2", "3", "4", "5", "6", "7"}),
-              {top, Lines{"1", "2", "3", "4", "5", "6", "7", "8", "9"}}}) {
-            Scan(documents.Path(), rows == tree);
+        for (const bool subfolders : {false, true}) {
+            fs::remove_all(documents / "in");
+            for (const char* lost : {"in/unreadable/a.tif", "in/vanishes/a.tif"}) documents.File(lost, three);
+            Lines rows;
+            for (const auto& [name, make] : entries) {
+                const fs::path path("in/" + name);
+                make(documents / path);
+                const std::string leaf = path.filename();
+                const std::string folder = path.parent_path();
+                if (subfolders || folder == "in")
+                    rows.push_back(leaf + "|" + NthField(leaf, " ", 2) + "|" + folder + "|tif");
+            }
+            Scan(documents / "in", subfolders);
             EXPECT_EQ(Rows(), rows);
-            EXPECT_EQ(Tags(), tags) << "a walk numbers each folder from 1, and goes on above from there";
-            EXPECT_EQ(Main().Listbox1.CellType(7, 0), Listbox::TypeCheckBox);
         }
+        EXPECT_EQ(SavedRows(), Rows()) << "byte for byte";
+    });
+    EXPECT_EQ(desktop.messages, Lines());
+}
+
+TEST_F(CountsTest, AThousandNestedFolders) {
+    const std::string tiff = TiffBytes(2);
+    documents.File("inner/z.tif", tiff);
+    std::string deepest = "inner";
+    for (int depth = 1; depth < 1000; ++depth) {
+        documents.File("outer/z.tif", tiff);
+        fs::rename(documents / "inner", documents / "outer/a folder among many");
+        fs::rename(documents / "outer", documents / "inner");
+        deepest += "/a folder among many";
+    }
+    Start([&] {
+        Scan(documents.Path(), true);
+        EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|1000 file(s)|All,tif");
+        EXPECT_TRUE(Rows().at(0) == "z.tif|2|" + deepest + "|tif");
+        EXPECT_TRUE(SavedRows() == Rows());
     });
 }
 

@@ -4,17 +4,12 @@
 
 namespace varnith {
 
-namespace {
-
-std::string FromEnvironment(const char* name, const std::string& otherwise) {
+static std::string FromEnvironment(const char* name, const std::string& otherwise) {
     const char* value = std::getenv(name);
     return value ? value : otherwise;
 }
 
-}  // namespace
-
-// These take the place of the settings of the build: who starts the program says whom it asks. If nobody
-// does, the host to look up is one that no look-up finds, and none has to leave the machine to tell.
+// Who starts the program says whom it asks. A name of such length is looked for nowhere.
 const int BuildSettings::MajorVersion = 1;
 const int BuildSettings::MinorVersion = 2;
 const int BuildSettings::BugVersion = 3;

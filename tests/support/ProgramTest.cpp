@@ -48,25 +48,26 @@ void ProgramTest::Scan(const std::string& folder, bool subfolders) {
     RunThreads();
 }
 
-std::string ProgramTest::FromDocuments(const std::string& path) const {
-    if (path == documents.Path()) return ".";
-    return path.starts_with(documents / "") ? path.substr((documents / "").size()) : path;
+std::string ProgramTest::FromDocuments(std::string text) const {
+    const std::size_t place = text.find(documents.Path());
+    if (place == text.npos) return text;
+    const std::size_t size = documents.Path().size();
+    return text[place + size] == '/' ? text.erase(place, size + 1) : text.replace(place, size, ".");
 }
 
 Lines ProgramTest::Rows() const {
     const Listbox& list = Main().Listbox1;
     Lines rows;
     for (std::int32_t row = 0; row < list.ListCount(); ++row)
-        rows.push_back(list.Cell(row, 1) + "|" + list.Cell(row, 2) + "|" + FromDocuments(list.Cell(row, 3)) +
-                       "|" + list.Cell(row, 4));
+        rows.push_back(FromDocuments(list.Cell(row, 1) + "|" + list.Cell(row, 2) + "|" + list.Cell(row, 3) +
+                                     "|" + list.Cell(row, 4)));
     return rows;
 }
 
 Lines ProgramTest::Tags() {
-    const Listbox& list = Main().Listbox1;
     Lines tags;
-    for (std::int32_t row = 0; row < list.ListCount(); ++row)
-        tags.push_back(list.CellTag(row, 0) + (list.CellCheck(row, 0) ? "*" : ""));
+    for (const char tick : Ticks())
+        tags.push_back(Main().Listbox1.CellTag(std::ssize(tags), 0) + (tick == 'x' ? "*" : ""));
     return tags;
 }
 
@@ -80,20 +81,19 @@ std::string ProgramTest::Ticks() {
 std::string ProgramTest::Texts() const {
     std::string entries;
     for (const std::string& entry : Main().PopupMenu1.Rows()) entries += (entries.empty() ? "" : ",") + entry;
-    return Main().Title() + "|" + FromDocuments(Main().EditField1.Text()) + "|" + Main().StaticText2.Text() +
-           "|" + entries;
+    return FromDocuments(Main().Title() + "|" + Main().EditField1.Text() + "|" + Main().StaticText2.Text() +
+                         "|" + entries);
 }
 
 Lines ProgramTest::SavedRows() const {
     Database database;
     database.SetDatabaseFile(FolderItem::FromPath(application / "varnth"));
     database.Connect();
-    const auto records = database.SQLSelect("select * from preferences order by rowid");
+    const auto records = database.SQLSelect(
+        "select name||'|'||pagecount||'|'||filepath||'|'||filetype as line from preferences order by rowid");
     if (!records) return {"no saved rows"};
     Lines rows;
-    for (; !records->Eof(); records->MoveNext())
-        rows.push_back(records->Field("name") + "|" + records->Field("pagecount") + "|" +
-                       FromDocuments(records->Field("filepath")) + "|" + records->Field("filetype"));
+    for (; !records->Eof(); records->MoveNext()) rows.push_back(FromDocuments(records->Field("line")));
     return rows;
 }
 

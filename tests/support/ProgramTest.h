@@ -6,25 +6,39 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include "app/MainWindow.h"
-#include "support/Environment.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDesktop.h"
 #include "support/TestFileSystem.h"
-#include "support/TiffFile.h"
 
 namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
-// Gives the program's threads their turns, one yield point at a time, until the condition holds; without one,
-// until all have ended. Fails the test when it takes too long.
+// Gives the program's threads their turns, one yield point at a time, until the condition holds or, without
+// one, all have ended. Fails the test when it takes too long.
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
 
-// The whole program without a display, in an application folder of its own and on a system named Testix. The
-// user's own settings and temporary files are left alone.
+// A variable of the environment that has a value of the test's own for as long as this lives.
+class Environment {
+  public:
+    Environment(const char* name, const std::string& value) : name_(name) {
+        if (const char* previous = getenv(name)) previous_ = previous;
+        setenv(name, value.c_str(), 1);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() { previous_ ? setenv(name_, previous_->c_str(), 1) : unsetenv(name_); }
+
+  private:
+    const char* name_;
+    std::optional<std::string> previous_;
+};
+
+// The whole program without a display, on a system named Testix.
 class ProgramTest : public testing::Test {
   protected:
     ProgramTest();
@@ -34,9 +48,8 @@ class ProgramTest : public testing::Test {
 
     // REQUIRES for all below: called by the user of a program that runs.
     static MainWindow& Main() { return *MainWindow::Instance(); }
-    // "Locate" is pressed and the folder picked; nothing for a cancel.
+    // Presses "Locate" and picks the folder, or cancels.
     void Locate(const std::optional<std::string>& folder);
-    // A whole scan, with "Include Subfolders" ticked or not.
     void Scan(const std::string& folder, bool subfolders);
 
     // The list, a line "name|count|folder|type" a row, and its tags with a "*" behind them where the box is
@@ -52,17 +65,16 @@ class ProgramTest : public testing::Test {
 
     TemporaryFolder application;
     TemporaryFolder documents;
-    // Where settings and temporary files go.
-    TemporaryFolder home;
+    TemporaryFolder home;  // where settings and temporary files go
     TestDesktop desktop;
     TestFileSystem disk;
 
   private:
+    // The same, with the documents folder left out of the paths in it.
+    std::string FromDocuments(std::string text) const;
+
     Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};
     Environment temporary_folder_{"TMPDIR", home.Path()};
-
-    std::string FromDocuments(const std::string& path) const;
-
     Desktop::InForce desktop_in_force_{desktop};
     FileSystem::Replacement disk_in_force_{disk};
 };

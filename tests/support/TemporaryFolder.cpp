@@ -1,15 +1,15 @@
 #include "support/TemporaryFolder.h"
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <tiffio.h>
 
 namespace varnith::test {
-
-TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
 
 TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent) {
     std::string pattern = (parent / "varnith-test-XXXXXX").string();
@@ -60,6 +60,21 @@ Tree TreeOf(const std::string& path) {
         tree[entry.path().lexically_relative(path)] = shown.str();
     }
     return tree;
+}
+
+std::string TiffBytes(int pages, const std::string& mode) {
+    const TemporaryFolder folder;
+    const std::string path = folder.File("pages");
+    TIFF* const tiff = TIFFOpen(path.c_str(), mode.c_str());
+    for (int page = 0; page < pages; ++page) {
+        TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 1);
+        TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 1);
+        std::uint8_t pixel = 0;
+        TIFFWriteScanline(tiff, &pixel, 0, 0);
+        TIFFWriteDirectory(tiff);
+    }
+    TIFFClose(tiff);
+    return BytesOf(path);
 }
 
 }  // namespace varnith::test

@@ -9,9 +9,7 @@ namespace varnith::test {
 // A fresh folder, removed with all that it holds at the end.
 class TemporaryFolder {
   public:
-    // In the system's temporary folder, or in another one that exists.
-    TemporaryFolder();
-    explicit TemporaryFolder(const std::filesystem::path& parent);
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
@@ -27,15 +25,17 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
-// Writes a file, with the folders above it; returns its path. Raises an exception if that fails.
 std::string WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
-// The bytes of a file; fails the test if it can't be read.
 std::string BytesOf(const std::string& path);
 
 // All that lies below a folder, by path: what it holds of a file, behind its permissions as in "755 bytes",
 // the permissions of a folder as in "700/", and what a link leads to as in "-> target".
 using Tree = std::map<std::string, std::string>;
 Tree TreeOf(const std::string& path);
+
+// The bytes of a TIFF file with that many pages of one pixel, as libtiff writes it: "wl" little-endian, "wb"
+// big-endian, with an "8" behind it BigTIFF.
+std::string TiffBytes(int pages, const std::string& mode = "wl");
 
 }  // namespace varnith::test

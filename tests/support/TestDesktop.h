@@ -23,14 +23,9 @@ class TestDesktop : public Desktop {
     // given its entries: the path or entry picked, or nothing.
     std::function<std::optional<std::string>(const std::string& filter, const std::string& name)> choose_file;
     std::function<std::optional<std::size_t>(const std::vector<std::string>& entries)> choose_entry;
-    // What the desktop does with a document or folder.
     std::function<void(const std::string& path)> open;
-    // Whether the presses of the user are such of the right button.
     bool right_button = false;
-    bool command_key = false;
-    bool control_key = false;
     Size screen{1024, 768};
-    std::string clipboard;
 
     int dialogs = 0;
     std::vector<std::string> messages;
@@ -41,16 +36,11 @@ class TestDesktop : public Desktop {
     std::optional<int> quit_status;
     // What each timer that runs fires, and every how many milliseconds.
     struct RunningTimer : TimerView {
-        std::int32_t period;
-        std::function<void()> fire;
-        std::vector<RunningTimer*>& all;
+        ~RunningTimer() override { std::erase(desktop->timers, this); }
 
-        RunningTimer(std::int32_t its_period, std::function<void()> its_fire,
-                     std::vector<RunningTimer*>& them)
-            : period(its_period), fire(std::move(its_fire)), all(them) {
-            all.push_back(this);
-        }
-        ~RunningTimer() override { std::erase(all, this); }
+        TestDesktop* desktop = nullptr;
+        std::int32_t period = 0;
+        std::function<void()> fire;
     };
     std::vector<RunningTimer*> timers;
 
@@ -60,9 +50,13 @@ class TestDesktop : public Desktop {
     }
     void Quit(int status) override { quit_status = status; }
     std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override {
-        return std::make_unique<RunningTimer>(period, std::move(fire), timers);
+        auto timer = std::make_unique<RunningTimer>();
+        timer->desktop = this;
+        timer->period = period;
+        timer->fire = std::move(fire);
+        timers.push_back(timer.get());
+        return timer;
     }
-    std::string ClipboardText() const override { return clipboard; }
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
@@ -86,8 +80,6 @@ class TestDesktop : public Desktop {
     void Beep() override { ++beeps; }
     void BringToFront(std::int64_t process) override { brought_to_front.push_back(process); }
     void OpenURL(const std::string& url) override { urls.push_back(url); }
-    bool IsCommandKeyDown() const override { return command_key; }
-    bool IsControlKeyDown() const override { return control_key; }
 };
 
 }  // namespace varnith::test

@@ -1,15 +1,8 @@
-#include <cstdio>
-
 #include "support/TemporaryFolder.h"
-#include "support/TiffFile.h"
 
-// Makes a small tree of TIFF files below a folder, with what a scan meets in practice: nested folders, names
-// in several scripts, both byte orders, BigTIFF, a damaged file, hidden ones and files of other kinds.
+// Makes a small tree of files below a folder, with what a scan meets in practice:  make-sample-tree FOLDER
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fputs("usage: make-sample-tree FOLDER\n", stderr);
-        return 2;
-    }
+    if (argc != 2) return 2;
     using varnith::test::TiffBytes;
     const std::pair<const char*, std::string> files[] = {
         {"contracts/lease.tif", TiffBytes(12)},
