@@ -2,6 +2,7 @@
 
 #include "app/App.h"
 #include "platform/base/Exceptions.h"
+#include "platform/threads/Workers.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
@@ -105,6 +106,7 @@ TEST_F(StartTest, AnExceptionInAScanEndsTheScanOnly) {
             EXPECT_EQ(Rows(), (Lines{"a.tif|1|.|tif"}));
             EXPECT_EQ(Texts(), "Processing Item: b.tif|.||");
         }
+        Workers::WaitUntilQuiet();
         disk.fails = nullptr;
         Scan(documents.Path(), true);
         EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");
