@@ -12,11 +12,11 @@ using ReadAheadTest = ProgramTest;
 // A share on which a question takes its time.
 class Share {
   public:
-    // Keeps whoever asks waiting for that long, or until Answer.
+    // Keeps whoever asks waiting until Answer, or for that long.
     bool Wait(std::chrono::milliseconds time) {
         std::unique_lock lock(mutex_);
         most_ = std::max(most_, ++waiting_);
-        answer_.wait_for(lock, time, [this] { return answers_; });
+        if (!answer_.wait_for(lock, time, [this] { return answers_; })) ++given_up_;
         --waiting_;
         return false;
     }
@@ -29,34 +29,45 @@ class Share {
         const std::lock_guard lock(mutex_);
         return most_;
     }
+    std::int32_t GivenUp() {
+        const std::lock_guard lock(mutex_);
+        return given_up_;
+    }
 
   private:
     std::mutex mutex_;
     std::condition_variable answer_;
     std::int32_t waiting_ = 0;
     std::int32_t most_ = 0;
+    std::int32_t given_up_ = 0;
     bool answers_ = false;
 };
 
-TEST_F(ReadAheadTest, ManyQuestionsAreOnTheirWayAtOnceAndTheRowsStayInOrder) {
-    for (const bool folder_each : {false, true}) {
-        SCOPED_TRACE(folder_each);
+TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnceAndTheRowsStayInOrder) {
+    const std::string tiff[] = {TiffBytes(1), TiffBytes(2), TiffBytes(3)};
+    for (const int files_for_a_folder : {1, 50}) {
+        SCOPED_TRACE(files_for_a_folder);
         const TemporaryFolder tree;
         Lines rows;
-        for (int i = 100; i < 300; ++i) {
-            const std::string folder = folder_each ? "folder " + std::to_string(i) : ".";
-            const std::string name = std::to_string(i) + ".tif";
-            tree.File(folder + "/" + name, TiffBytes(i % 3 + 1));
-            rows.push_back(name + "|" + std::to_string(i % 3 + 1) + "|" +
-                           (folder_each ? tree / folder : tree.Path()) + "|tif");
+        for (int i = 100; i < 500; ++i) {
+            const std::string name = std::to_string(i);
+            const std::string pages = std::to_string(i % 3 + 1);
+            const bool in_folder = i % files_for_a_folder == 0;
+            tree.File((in_folder ? name + "/" : "") + name + ".tif", tiff[i % 3]);
+            rows.push_back(name + ".tif|" + pages + "|" + (in_folder ? tree / name : tree.Path()) + "|tif");
         }
         Share share;
-        disk.fails = [&](const std::string&) { return share.Wait(std::chrono::milliseconds(20)); };
+        disk.fails = [&](const std::string& path) {
+            return path.ends_with(".tif") && share.Wait(std::chrono::milliseconds(20));
+        };
         Start([&] {
-            Scan(tree.Path(), true);
+            Main().CheckBox4.SetValue(true);
+            Locate(tree.Path());
+            RunThreadsUntil([&] { return Main().Listbox1.ListCount() == 200; });
+            EXPECT_GE(share.MostAtOnce(), 32);
+            RunThreads();
             EXPECT_EQ(Rows(), rows);
         });
-        EXPECT_GE(share.MostAtOnce(), 32);
     }
 }
 
@@ -75,6 +86,7 @@ TEST_F(ReadAheadTest, AScanThatGetsNoAnswerCanBeEndedAndAnotherDone) {
             Scan(documents / "here", true);
             EXPECT_EQ(Texts(), "Varnith - Testix - Finished|here|1 file(s)|All,tif");
             EXPECT_EQ(Rows(), Lines{"c.tif|1|here|tif"});
+            EXPECT_EQ(share.GivenUp(), 0) << "neither waited for the share";
         });
         share.Answer();
         Workers::WaitUntilQuiet();
