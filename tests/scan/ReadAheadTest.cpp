@@ -47,14 +47,15 @@ TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnceAndTheRowsStayInOrder) {
     const std::string tiff[] = {TiffBytes(1), TiffBytes(2), TiffBytes(3)};
     for (const int files_for_a_folder : {1, 50}) {
         SCOPED_TRACE(files_for_a_folder);
-        const TemporaryFolder tree;
+        const std::string root = std::to_string(files_for_a_folder);
+        for (const char* hidden : {"/.1.tif", "/.1/1.tif"}) documents.File(root + hidden);
         Lines rows;
+        Lines taken;
         for (int i = 100; i < 500; ++i) {
             const std::string name = std::to_string(i);
-            const std::string pages = std::to_string(i % 3 + 1);
-            const bool in_folder = i % files_for_a_folder == 0;
-            tree.File((in_folder ? name + "/" : "") + name + ".tif", tiff[i % 3]);
-            rows.push_back(name + ".tif|" + pages + "|" + (in_folder ? tree / name : tree.Path()) + "|tif");
+            const std::string folder = root + (i % files_for_a_folder == 0 ? "/" + name : "");
+            taken.push_back(documents.File(folder + "/" + name + ".tif", tiff[i % 3]));
+            rows.push_back(name + ".tif|" + std::to_string(i % 3 + 1) + "|" + folder + "|tif");
         }
         Share share;
         disk.fails = [&](const std::string& path) {
@@ -62,12 +63,17 @@ TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnceAndTheRowsStayInOrder) {
         };
         Start([&] {
             Main().CheckBox4.SetValue(true);
-            Locate(tree.Path());
+            disk.opened.clear();
+            Locate(documents / root);
             RunThreadsUntil([&] { return Main().Listbox1.ListCount() == 200; });
             EXPECT_GE(share.MostAtOnce(), 32);
             RunThreads();
             EXPECT_EQ(Rows(), rows);
         });
+        std::erase_if(disk.opened, [](const std::string& path) { return !path.ends_with(".tif"); });
+        std::sort(disk.opened.begin(), disk.opened.end());
+        std::sort(taken.begin(), taken.end());
+        EXPECT_EQ(disk.opened, taken) << "only what is taken is opened, and once";
     }
 }
 
