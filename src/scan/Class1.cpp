@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "platform/base/Text.h"
 #include "platform/system/SystemInformationMBS.h"
+#include "scan/ResultRow.h"
 
 namespace varnith {
 
@@ -11,7 +12,7 @@ void Class1::Event_Run() {
     const auto window = MainWindow::Instance();
     window->EditField1.SetText(f->AbsolutePath());
     window->Listbox1.DeleteAllRows();
-    window->loadfolder(f);
+    window->loadfolder(f->ForWalk(RecursiveWalk));
     window->ReadList();
     window->savetodb();
     window->SetTitle("Varnith - " + SystemInformationMBS::OSName() + " - Finished");

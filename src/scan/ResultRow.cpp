@@ -5,6 +5,20 @@
 
 namespace varnith {
 
+const WalkPlan RecursiveWalk = {
+    .opens =
+        [](const ListedEntry& entry) {
+            return entry.visible && entry.kind != FileKind::Directory &&
+                   IsTakenRecursively(NameParts(entry.name));
+        },
+    .enters_folders = true,
+};
+
+const WalkPlan FlatWalk = {
+    .opens = [](const ListedEntry& entry) { return IsTakenFlat(NameParts(entry.name), entry.visible); },
+    .enters_folders = false,
+};
+
 NameParts::NameParts(const std::string& display_name)
     : fields(CountFields(display_name, ".")), extension(NthField(display_name, ".", fields)) {}
 
@@ -12,8 +26,8 @@ bool IsTakenRecursively(const NameParts& name) {
     return (name.fields > 1 && SameText(name.extension, "tif")) || SameText(name.extension, "tiff");
 }
 
-bool IsTakenFlat(const NameParts& name, const FolderItem& item) {
-    return (name.fields > 1 && SameText(name.extension, "tiff") && item.Visible()) ||
+bool IsTakenFlat(const NameParts& name, bool visible) {
+    return (name.fields > 1 && SameText(name.extension, "tiff") && visible) ||
            SameText(name.extension, "tif");
 }
 

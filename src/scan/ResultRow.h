@@ -5,6 +5,7 @@
 
 #include "platform/base/Ref.h"
 #include "platform/files/FolderItem.h"
+#include "platform/files/ReadAhead.h"
 #include "platform/ui/Listbox.h"
 
 namespace varnith {
@@ -22,8 +23,12 @@ struct NameParts {
 bool IsTakenRecursively(const NameParts& name);
 
 // What is taken by a flat scan: visible .tiff entries, .tif entries and one named just tif, visible or not.
-// Folders are entries too, and show as rows. The item is asked for its visibility only when that decides.
-bool IsTakenFlat(const NameParts& name, const FolderItem& item);
+// Folders are entries too, and show as rows.
+bool IsTakenFlat(const NameParts& name, bool visible);
+
+// What the walk of each scan does with the entries of a folder.
+extern const WalkPlan RecursiveWalk;
+extern const WalkPlan FlatWalk;
 
 // The page count of the files of one folder, as a scan goes through them. A file that can't be opened leaves
 // the count as the file before it set it: the list shows a damaged file with its neighbour's count, and with

@@ -9,8 +9,9 @@ namespace varnith {
 // A routine of its own and not the walk without its subfolders: it takes other entries, touches no title,
 // and its rows stay out of the results database, which keeps those of the last recursive scan.
 void MainWindow::Singlefolder() {
-    const Ref<FolderItem> folder = SelectFolder();
-    if (!folder) return;
+    const Ref<FolderItem> selected = SelectFolder();
+    if (!selected) return;
+    const Ref<FolderItem> folder = selected->ForWalk(FlatWalk);
     // A folder that has vanished counts as an empty one, and takes the old rows with it.
     const std::int32_t entries = folder->Count();
     Listbox1.DeleteAllRows();
@@ -23,7 +24,7 @@ void MainWindow::Singlefolder() {
     for (std::int32_t i = 1; i <= entries; ++i) {
         const Ref<FolderItem> item = folder->Item(i);
         const NameParts name(item->DisplayName());
-        if (IsTakenFlat(name, *item)) {
+        if (IsTakenFlat(name, item->Visible())) {
             count.Read(item);
             AppendResultRow(Listbox1, *item, name, count, row_number);
             ++row_number;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,8 @@ namespace varnith::test {
 class TestFileSystem : public FileSystem {
   public:
     std::string executable;
-    // Asked with the path in front of each opening and each listing: true makes it fail. What it does to the
-    // disk first happens between the listing that gave the path and its use.
+    // Asked with the path in front of each opening and each listing, by any thread: true makes it fail. What
+    // it does to the disk first happens between the listing that gave the path and its use.
     std::function<bool(const std::string& path)> fails;
     // Files that are read from another place.
     std::map<std::string, std::string> elsewhere;
@@ -22,7 +23,10 @@ class TestFileSystem : public FileSystem {
     mutable std::vector<std::string> opened;
 
     FileHandle OpenForReading(const std::string& path) const override {
-        opened.push_back(path);
+        {
+            const std::lock_guard lock(mutex_);
+            opened.push_back(path);
+        }
         if (fails && fails(path)) return {};
         const auto other = elsewhere.find(path);
         return FileSystem::OpenForReading(other == elsewhere.end() ? path : other->second);
@@ -32,6 +36,9 @@ class TestFileSystem : public FileSystem {
         return FileSystem::Entries(path);
     }
     std::string ExecutablePath() const override { return executable; }
+
+  private:
+    mutable std::mutex mutex_;
 };
 
 }  // namespace varnith::test

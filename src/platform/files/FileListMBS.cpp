@@ -4,8 +4,7 @@
 
 namespace varnith {
 
-FileListMBS::FileListMBS(const Ref<FolderItem>& folder)
-    : folder_(folder), listing_(ListFolder(folder->AbsolutePath())) {}
+FileListMBS::FileListMBS(const Ref<FolderItem>& folder) : folder_(folder), listing_(folder->Listing()) {}
 
 Ref<FolderItem> FileListMBS::Item(std::int32_t index) const {
     return MakeRef<FolderItem>(folder_, At(index));

@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/threads/Workers.h"
+
 namespace varnith {
 
 namespace {
@@ -229,6 +231,7 @@ const FileSystem& FileSystem::Current() {
 FileSystem::Replacement::Replacement(const FileSystem& other) : previous_(std::exchange(in_force, &other)) {}
 
 FileSystem::Replacement::~Replacement() {
+    Workers::WaitUntilQuiet();
     in_force = previous_;
 }
 

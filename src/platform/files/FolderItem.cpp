@@ -6,6 +6,7 @@
 #include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/MoveItem.h"
+#include "platform/files/ReadAhead.h"
 #include "platform/ui/Desktop.h"
 
 namespace varnith {
@@ -31,6 +32,7 @@ FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
 FolderItem::FolderItem(Ref<FolderItem> parent, const ListedEntry& entry)
     : parent_(std::move(parent)),
       name_(entry.name),
+      ahead_(parent_->ahead_),
       listed_as_regular_(entry.kind == FileKind::Regular),
       listed_visible_(entry.visible) {}
 
@@ -88,8 +90,18 @@ bool FolderItem::Visible() const {
     return !parent_ || IsVisibleEntry(parent_->AbsolutePath(), name_);
 }
 
+Ref<FolderItem> FolderItem::ForWalk(const WalkPlan& plan) const {
+    auto folder = MakeRef<FolderItem>(parent_, name_);
+    folder->ahead_ = MakeRef<ReadAhead>(AbsolutePath(), plan);
+    return folder;
+}
+
+std::vector<ListedEntry> FolderItem::Listing() const {
+    return ahead_ ? ahead_->List(AbsolutePath()) : ListFolder(AbsolutePath());
+}
+
 std::int32_t FolderItem::Count() {
-    listing_ = ListFolder(AbsolutePath());
+    listing_ = Listing();
     listed_ = true;
     return static_cast<std::int32_t>(listing_.size());
 }

@@ -11,6 +11,9 @@
 
 namespace varnith {
 
+class ReadAhead;
+struct WalkPlan;
+
 // A handle of a file or folder: a path, which need not lead to anything yet. Making one does not touch the
 // disk. It holds its own name and shares the folder that it lies in, so a deep tree costs one name a level.
 class FolderItem : public RefCounted {
@@ -43,6 +46,14 @@ class FolderItem : public RefCounted {
 
     // Whether something is there; a link that leads nowhere is not, unless it came from TrueItem.
     bool Exists() const;
+
+    // This folder for a walk of which it is known what it will do: what the walk asks the disk of this folder
+    // and of the items listed from it is asked ahead by workers, from now on until the last of them is
+    // dropped.
+    Ref<FolderItem> ForWalk(const WalkPlan& plan) const;
+
+    // What asks ahead for a walk that the item is part of, else nil.
+    const Ref<ReadAhead>& Ahead() const { return ahead_; }
 
     // Whether a listing had the item as a regular file, which is known without asking the disk again.
     bool ListedAsRegular() const { return listed_as_regular_; }
@@ -96,8 +107,11 @@ class FolderItem : public RefCounted {
     FolderItem(Ref<FolderItem> parent, std::string name);
     FolderItem(Ref<FolderItem> parent, const ListedEntry& entry);
 
+    std::vector<ListedEntry> Listing() const;
+
     Ref<FolderItem> parent_;
     std::string name_;
+    Ref<ReadAhead> ahead_;
     bool listed_as_regular_ = false;
     std::optional<bool> listed_visible_;
     bool is_entry_itself_ = false;

@@ -15,7 +15,7 @@ struct ListedEntry {
 
 // A snapshot of a folder's direct entries, in natural order of their names. Invisible are, as in the
 // desktops' file managers, names that begin with a dot and the names listed, one a line, in the folder's
-// file ".hidden". A folder that can't be read gives an empty listing.
+// file ".hidden". A folder that can't be read gives an empty listing. May be called from any thread.
 std::vector<ListedEntry> ListFolder(const std::string& path);
 
 // Whether an entry of that name in that folder is visible, by the same rule.

@@ -11,6 +11,7 @@
 #include <tiffio.h>
 
 #include "platform/files/FileSystem.h"
+#include "platform/files/ReadAhead.h"
 
 namespace varnith {
 
@@ -104,30 +105,41 @@ void SilenceMessages() {
     }();
 }
 
-}  // namespace
-
-Ref<TiffPictureMBS> OpenAsTiffMBS(const Ref<FolderItem>& item, bool HeaderOnly) {
+// "h" in the mode reads no directory at opening, and "m" keeps libtiff from mapping the file into memory,
+// where a file that shrinks under the count would end the process.
+std::optional<std::int32_t> CountImages(const std::string& path, bool is_regular, const char* mode) {
     SilenceMessages();
     const FileSystem& disk = FileSystem::Current();
-    const std::string path = item->AbsolutePath();
     FileHandle file = disk.OpenForReading(path);
     // Asking costs a quarter of what the whole count of a small file does. An entry that was a regular file a
     // moment ago is taken at its word: what it may have become instead either can't be read at an offset or
     // holds no TIFF header.
-    if (!file || !(item->ListedAsRegular() || IsRegular(disk, file))) return nullptr;
+    if (!file || !(is_regular || IsRegular(disk, file))) return std::nullopt;
 
     WindowedFile windowed(std::move(file));
-    // "h" reads no directory at opening, and "m" keeps libtiff from mapping the file into memory, where a
-    // file that shrinks under the count would end the process.
-    const char* mode = HeaderOnly ? "rhm" : "rm";
     const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(
         TIFFClientOpen(path.c_str(), mode, &windowed, ReadFile, WriteNothing, SeekFile, KeepOpen, SizeOfFile,
                        nullptr, nullptr),
         TIFFClose);
-    if (!tiff) return nullptr;
+    if (!tiff) return std::nullopt;
     const auto images = static_cast<std::uint64_t>(TIFFNumberOfDirectories(tiff.get()));
     const std::uint64_t limit = std::numeric_limits<std::int32_t>::max();
-    return MakeRef<TiffPictureMBS>(static_cast<std::int32_t>(std::min(images, limit)));
+    return static_cast<std::int32_t>(std::min(images, limit));
+}
+
+}  // namespace
+
+std::optional<std::int32_t> CountImages(const std::string& path, bool is_regular) {
+    return CountImages(path, is_regular, "rhm");
+}
+
+Ref<TiffPictureMBS> OpenAsTiffMBS(const Ref<FolderItem>& item, bool HeaderOnly) {
+    const std::string path = item->AbsolutePath();
+    const bool is_regular = item->ListedAsRegular();
+    const auto count = !HeaderOnly     ? CountImages(path, is_regular, "rm")
+                       : item->Ahead() ? item->Ahead()->Count(path, is_regular)
+                                       : CountImages(path, is_regular);
+    return count ? MakeRef<TiffPictureMBS>(*count) : nullptr;
 }
 
 }  // namespace varnith
