@@ -116,7 +116,7 @@ TEST_F(HTTPTest, CostsNextToNothingWhileItWaitsAndLetsAScanGoOn) {
     other->Get(server.At("/"));
     const std::clock_t before = std::clock();
     EXPECT_EQ(client->Get(server.At("/"), 5), "");
-    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 5);
     EXPECT_EQ(scan->turns, 20);
     EXPECT_EQ(events, Lines()) << "only with Yield come the events of others";
     client->Yield = true;
