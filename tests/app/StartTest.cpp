@@ -73,6 +73,15 @@ TEST_F(StartTest, RunsWithoutAWordWhereTheDatabaseIsOfNoUse) {
     EXPECT_EQ(desktop.messages, Lines());
 }
 
+struct RaisingWindow : Window {
+    explicit RaisingWindow(const std::function<void()>& r) : raise(r) {}
+    void Event_Open() override { raise(); }
+    void Event_Close() override { raise(); }
+    bool Event_KeyDown(const std::string& /*key*/) override { return raise(), true; }
+
+    std::function<void()> raise;
+};
+
 template <class... Exceptions>
 std::vector<std::function<void()>> Raisers() {
     return {[] { throw Exceptions(); }...};
@@ -91,6 +100,10 @@ TEST_F(StartTest, LivesOnWithSomeExceptionsAndEndsWithAnyOtherWhereverRaised) {
         const bool listed = i < raisers.size() - 2;
         desktop.messages.clear();
         const auto use = [&] {
+            const auto window = MakeRef<RaisingWindow>(raisers[i]);
+            window->Show();
+            window->PressKey("k");
+            window->Close();
             Main().AddMenuHandler("FileExport", [&] { return raisers[i](), true; });
             App::Instance().Choose(Main().FileExport());
             disk.fails = [&](const std::string& path) {
@@ -108,7 +121,7 @@ TEST_F(StartTest, LivesOnWithSomeExceptionsAndEndsWithAnyOtherWhereverRaised) {
             EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");
         };
         EXPECT_EQ(Start(use), listed ? 0 : 1);
-        EXPECT_EQ(desktop.messages, Lines(listed ? 0 : 3, "Unexpected error: std::exception"))
+        EXPECT_EQ(desktop.messages, Lines(listed ? 0 : 6, "Unexpected error: std::exception"))
             << "each is handled where it is raised, and none goes on through what raised the event";
     }
 }

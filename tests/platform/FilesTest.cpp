@@ -82,7 +82,10 @@ TEST_F(FilesTest, RenamesAndDeletesWhatIsNamed) {
     EXPECT_EQ(BytesOf(item->AbsolutePath()), "bytes");
 
     const auto parent = Item(folder.Path());
-    for (std::int32_t i = parent->Count(); i >= 1; --i) parent->TrueItem(i)->Delete();
+    for (std::int32_t i = parent->Count(); i >= 1; --i) {
+        EXPECT_TRUE(parent->TrueItem(i)->Exists()) << i;
+        parent->TrueItem(i)->Delete();
+    }
     EXPECT_EQ(TreeOf(folder.Path()), (Tree{{"folder", "755/"}, {"folder/in use", "644 "}}));
 }
 

@@ -12,7 +12,7 @@ struct LocateTest : ProgramTest {
     LocateTest() {
         for (const char* name : {"mixed/.a.tif", "mixed/b.tif", "mixed/none/a.txt", "mixed/sub/in.tif",
                                  "mixed/sub/on.tif", "mixed/tif", "mixed/tiff", "mixed/unlisted/c.tif",
-                                 "first/f.tiff", "new/n.tif", "new/sub/s.tif"})
+                                 "first/f.tiff", "new/n.tif", "new/sub/s.TIF"})
             documents.File(name, TiffBytes(1));
         documents.Folder("mixed/empty");
         for (const auto& [name, pages] : {std::pair("old/a.tif", 10), {"old/b.tif", 9}, {"old/c.tif", 100}})
@@ -128,7 +128,7 @@ TEST_F(LocateTest, EndsTheScanInWhateverState) {
         desktop.choose = press;
         name == "Dialog open" ? Main().PushButton2.Press() : static_cast<void>(press());
         if (cancel) return static_cast<void>(ended());
-        const Lines tree = {"n.tif|1|new|tif", "s.tif|1|new/sub|tif"};
+        const Lines tree = {"n.tif|1|new|tif", "s.TIF|1|new/sub|TIF"};
         EXPECT_EQ(Rows(), subfolders ? tree : Lines{tree[0]});
         EXPECT_EQ(SavedRows(), subfolders ? tree : saved);
         EXPECT_EQ(Texts(), subfolders ? "Varnith - Testix - Finished|new|2 file(s)|All,tif"
