@@ -10,10 +10,9 @@ namespace varnith {
 
 namespace {
 
-// A cold local disk gains most of what there is to gain with 4 questions at once, and with files in the
-// memory more threads only take the processors from each other. On a share, where each question waits for a
-// round trip, 64 pay.
-constexpr std::size_t LeastAtOnce = 4;
+// With files in the memory two workers keep the walk busy, and more only take the processors from each other.
+// On a share, where each question waits for a round trip, 64 pay.
+constexpr std::size_t LeastAtOnce = 2;
 constexpr std::size_t MostAtOnce = 64;
 
 // As many again wait to be taken, so that workers and walk don't wait for each other by turns.

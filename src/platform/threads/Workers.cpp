@@ -21,9 +21,8 @@ std::atomic<std::size_t> jobs_in_work = 0;
 struct Workers::State : std::enable_shared_from_this<State> {
     State(std::size_t at_least, std::size_t at_most) : least(at_least), most(at_most) {}
 
-    // As many as a job lately took quarters of a millisecond. REQUIRES, as for what follows: the mutex is
-    // held.
-    std::size_t AtOnce() const { return std::clamp(static_cast<std::size_t>(4 * milliseconds), least, most); }
+    // As many as a job lately took halves of a millisecond. REQUIRES, as for what follows: the mutex is held.
+    std::size_t AtOnce() const { return std::clamp(static_cast<std::size_t>(2 * milliseconds), least, most); }
 
     void StartThreads() try {
         for (; threads < AtOnce() && threads - busy < tasks.size(); ++threads)
