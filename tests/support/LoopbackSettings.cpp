@@ -9,7 +9,7 @@ static std::string FromEnvironment(const char* name, const std::string& otherwis
     return value ? value : otherwise;
 }
 
-// Who starts the program says whom it asks. A name of such length is looked for nowhere.
+// Who starts the program says whom it asks. A name of such length reaches no name server.
 const int BuildSettings::MajorVersion = 1;
 const int BuildSettings::MinorVersion = 2;
 const int BuildSettings::BugVersion = 3;
