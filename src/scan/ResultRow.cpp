@@ -19,7 +19,7 @@ const WalkPlan FlatWalk = {
     .enters_folders = false,
 };
 
-NameParts::NameParts(const std::string& display_name)
+NameParts::NameParts(std::string_view display_name)
     : fields(CountFields(display_name, ".")), extension(NthField(display_name, ".", fields)) {}
 
 bool IsTakenRecursively(const NameParts& name) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/base/Ref.h"
 #include "platform/files/FolderItem.h"
@@ -12,7 +13,7 @@ namespace varnith {
 
 // An entry's name taken apart, by the name that the desktop shows.
 struct NameParts {
-    explicit NameParts(const std::string& display_name);
+    explicit NameParts(std::string_view display_name);
 
     std::int32_t fields;    // the number of pieces between dots
     std::string extension;  // behind the last dot, spelled as in the name; the whole name without a dot

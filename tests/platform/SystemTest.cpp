@@ -98,8 +98,10 @@ TEST(ShellTest, GivesWhatACommandWrites) {
 }
 
 struct SystemInformationTest : testing::Test, TestFileSystem {
-    std::vector<DirectoryEntry> Entries(const std::string& path) const override {
-        return FileSystem::Entries(path == memory ? folder.Path() : path);
+    using FileSystem::Entries;
+    std::vector<DirectoryEntry> Entries(const OpenFolder& listed) const override {
+        return listed.Path() == memory ? FileSystem::Entries(OpenFolder(folder.Path()))
+                                       : FileSystem::Entries(listed);
     }
     void Write(const std::string& path, const std::string& bytes) {
         elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/files/FileSystem.h"
+#include "platform/files/OpenFolder.h"
 
 namespace varnith::test {
 
@@ -23,21 +23,31 @@ class TestFileSystem : public FileSystem {
     mutable std::vector<std::string> opened;
 
     FileHandle OpenForReading(const std::string& path) const override {
+        return Opened(path, [&](const std::string& place) { return FileSystem::OpenForReading(place); });
+    }
+    FileHandle OpenForReading(const OpenFolder& folder, const std::string& name) const override {
+        return Opened(folder.PathOf(name),
+                      [&](const std::string&) { return FileSystem::OpenForReading(folder, name); });
+    }
+    using FileSystem::Entries;
+    std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const override {
+        if (fails && fails(folder.Path())) return {};
+        return FileSystem::Entries(folder);
+    }
+    std::string ExecutablePath() const override { return executable; }
+
+  private:
+    template <class Open>
+    FileHandle Opened(const std::string& path, const Open& open) const {
         {
             const std::lock_guard lock(mutex_);
             opened.push_back(path);
         }
         if (fails && fails(path)) return {};
         const auto other = elsewhere.find(path);
-        return FileSystem::OpenForReading(other == elsewhere.end() ? path : other->second);
+        return open(other == elsewhere.end() ? path : other->second);
     }
-    std::vector<DirectoryEntry> Entries(const std::string& path) const override {
-        if (fails && fails(path)) return {};
-        return FileSystem::Entries(path);
-    }
-    std::string ExecutablePath() const override { return executable; }
 
-  private:
     mutable std::mutex mutex_;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "platform/base/Ref.h"
 #include "platform/files/FolderItem.h"
@@ -15,7 +14,7 @@ class FileListMBS {
     // REQUIRES: folder is not nil (NilObjectException).
     explicit FileListMBS(const Ref<FolderItem>& folder);
 
-    std::int32_t Count() const { return static_cast<std::int32_t>(listing_.size()); }
+    std::int32_t Count() const { return static_cast<std::int32_t>(snapshot_.listing->Size()); }
 
     // Whether the entry itself is a directory; a link to one is not.
     bool Directory(std::int32_t index) const { return At(index).kind == FileKind::Directory; }
@@ -26,10 +25,10 @@ class FileListMBS {
     Ref<FolderItem> Item(std::int32_t index) const;
 
   private:
-    const ListedEntry& At(std::int32_t index) const;
+    ListedEntry At(std::int32_t index) const;
 
     Ref<FolderItem> folder_;
-    std::vector<ListedEntry> listing_;
+    FolderItem::Snapshot snapshot_;
 };
 
 }  // namespace varnith

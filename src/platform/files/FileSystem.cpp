@@ -1,7 +1,6 @@
 #include "platform/files/FileSystem.h"
 
 #include <array>
-#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -13,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/files/OpenFolder.h"
 #include "platform/threads/Workers.h"
 
 namespace varnith {
@@ -28,16 +28,17 @@ FileKind KindOf(mode_t mode) {
     return FileKind::Other;
 }
 
-// A path that the system takes: one longer than PATH_MAX is walked down in pieces, each relative to the
-// folder that the piece before it led to. REQUIRES: the path outlives it.
+// A path that the system takes, from a folder on if it is relative: one longer than PATH_MAX is walked down
+// in pieces, each relative to the folder that the piece before it led to. REQUIRES: the path outlives it.
 class Place {
   public:
-    explicit Place(const std::string& whole) : path_(whole.c_str()), length_(whole.size()) {
+    explicit Place(const std::string& whole, int base = AT_FDCWD)
+        : base_(base), path_(whole.c_str()), length_(whole.size()) {
         while (length_ >= PATH_MAX && StepDown()) continue;
     }
 
     // A step that led nowhere leaves a descriptor that is none, and every call on it fails.
-    int Base() const { return stepped_ ? folder_.Descriptor() : AT_FDCWD; }
+    int Base() const { return stepped_ ? folder_.Descriptor() : base_; }
     const char* Path() const { return path_; }
     int Open(int flags) const { return openat(Base(), path_, flags | O_CLOEXEC, 0666); }
 
@@ -53,6 +54,7 @@ class Place {
         return static_cast<bool>(folder_);
     }
 
+    const int base_;
     FileHandle folder_;
     bool stepped_ = false;
     const char* path_;  // relative to the folder if there is one
@@ -64,7 +66,7 @@ std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
     return FileStatus{KindOf(status.st_mode), status.st_size, status.st_mode & 07777u, status.st_uid};
 }
 
-FileKind KindOfEntry(DIR* folder, const dirent& entry) {
+FileKind KindOfEntry(int folder, const dirent64& entry) {
     switch (entry.d_type) {
         case DT_REG:
             return FileKind::Regular;
@@ -74,12 +76,22 @@ FileKind KindOfEntry(DIR* folder, const dirent& entry) {
             return FileKind::Link;
         case DT_UNKNOWN: {
             struct stat status;
-            if (fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+            if (fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
                 return KindOf(status.st_mode);
             return FileKind::Other;
         }
         default:
             return FileKind::Other;
+    }
+}
+
+// Appends the entries of a piece of a listing, as getdents64(2) gives it.
+void AppendEntries(int folder, const char* piece, std::size_t size, std::vector<DirectoryEntry>& entries) {
+    for (std::size_t place = 0; place < size;) {
+        const auto* entry = reinterpret_cast<const dirent64*>(piece + place);
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") entries.push_back({std::string(name), KindOfEntry(folder, *entry)});
+        place += entry->d_reclen;
     }
 }
 
@@ -98,6 +110,20 @@ FileHandle::~FileHandle() {
 
 FileHandle FileSystem::OpenForReading(const std::string& path) const {
     return FileHandle(Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY));
+}
+
+FileHandle FileSystem::OpenForReading(const OpenFolder& folder, const std::string& name) const {
+    const auto opened = folder.Descriptor();
+    return FileHandle(
+        openat(opened->Descriptor(), name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+FileHandle FileSystem::OpenFolderAt(const std::string& path) const {
+    return FileHandle(Place(path).Open(O_RDONLY | O_DIRECTORY));
+}
+
+FileHandle FileSystem::OpenFolderBelow(const FileHandle& folder, const std::string& path) const {
+    return FileHandle(Place(path, folder.Descriptor()).Open(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
 }
 
 std::size_t FileSystem::ReadAt(const FileHandle& file, void* bytes, std::size_t size,
@@ -134,25 +160,25 @@ std::string FileSystem::LinkTarget(const std::string& path) const {
     return target;
 }
 
-std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {
+// By the system call itself: the library's listing takes a descriptor away from its owner.
+std::vector<DirectoryEntry> FileSystem::Entries(const OpenFolder& folder) const {
     std::vector<DirectoryEntry> entries;
-    const int descriptor = Place(path).Open(O_RDONLY | O_DIRECTORY);
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(descriptor < 0 ? nullptr : fdopendir(descriptor),
-                                                     closedir);
-    if (!folder) {
-        FileHandle unused(descriptor);
-        return entries;
+    alignas(dirent64) std::array<char, 32 << 10> piece;
+    const auto opened = folder.Descriptor();
+    const int descriptor = opened->Descriptor();
+    lseek(descriptor, 0, SEEK_SET);  // it may have been listed before
+    for (;;) {
+        const ssize_t size = getdents64(descriptor, piece.data(), piece.size());
+        if (size <= 0) return entries;
+        AppendEntries(descriptor, piece.data(), static_cast<std::size_t>(size), entries);
     }
-    while (const dirent* entry = readdir(folder.get())) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..")
-            entries.push_back({std::string(name), KindOfEntry(folder.get(), *entry)});
-    }
-    return entries;
 }
 
-std::string FileSystem::Contents(const std::string& path) const {
-    const FileHandle file = OpenForReading(path);
+std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {
+    return Entries(OpenFolder(path));
+}
+
+std::string FileSystem::Contents(const FileHandle& file) const {
     const auto status = file ? Status(file) : std::nullopt;
     if (!status || status->kind != FileKind::Regular) return {};
     std::string contents;

@@ -36,6 +36,8 @@ struct FileStatus {
 
 enum class RenameResult { Done, OtherFileSystem, Failed };
 
+class OpenFolder;
+
 struct DirectoryEntry {
     std::string name;  // the bytes that the disk holds, without the path
     FileKind kind;     // of the entry itself: a link is a link, whatever it leads to
@@ -50,6 +52,15 @@ class FileSystem {
 
     // Opens a file for reading, never waiting for the other end of a FIFO. Empty on failure.
     virtual FileHandle OpenForReading(const std::string& path) const;
+
+    // The same for an entry of a folder, by its name.
+    virtual FileHandle OpenForReading(const OpenFolder& folder, const std::string& name) const;
+
+    // Opens a folder, to list it and to reach what lies below it: one of an absolute path, where links are
+    // followed, or one that a relative path leads to from an open folder. Empty for anything but a folder,
+    // and for a link at the end of a relative path.
+    FileHandle OpenFolderAt(const std::string& path) const;
+    FileHandle OpenFolderBelow(const FileHandle& folder, const std::string& path) const;
 
     // Reads up to `size` bytes at an offset, in one call. Returns the number of bytes read: maybe fewer, 0
     // only behind the end of the file or on failure.
@@ -69,10 +80,12 @@ class FileSystem {
 
     // The entries of a folder in no particular order, without "." and "..". Empty, too, when the folder
     // can't be read; a folder that fails half-way gives what was read by then.
-    virtual std::vector<DirectoryEntry> Entries(const std::string& path) const;
+    virtual std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const;
+    std::vector<DirectoryEntry> Entries(const std::string& path) const;
 
     // The whole of a small text file; empty when it can't be read.
-    std::string Contents(const std::string& path) const;
+    std::string Contents(const std::string& path) const { return Contents(OpenForReading(path)); }
+    std::string Contents(const FileHandle& file) const;
 
     // Opens a file for writing from its start on. With `create` it is made if it is missing, else emptied;
     // without, it has to be there and keeps what it holds. Empty on failure.

@@ -5,7 +5,9 @@
 
 #include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/ListedItem.h"
 #include "platform/files/MoveItem.h"
+#include "platform/files/PlainDisk.h"
 #include "platform/files/ReadAhead.h"
 #include "platform/ui/Desktop.h"
 
@@ -28,13 +30,6 @@ Ref<Stream> OpenStream(const FolderItem& item, bool create) {
 
 FolderItem::FolderItem(Ref<FolderItem> parent, std::string name)
     : parent_(std::move(parent)), name_(std::move(name)) {}
-
-FolderItem::FolderItem(Ref<FolderItem> parent, const ListedEntry& entry)
-    : parent_(std::move(parent)),
-      name_(entry.name),
-      ahead_(parent_->ahead_),
-      listed_as_regular_(entry.kind == FileKind::Regular),
-      listed_visible_(entry.visible) {}
 
 Ref<FolderItem> FolderItem::FromPath(const std::string& absolute_path) {
     auto item = MakeRef<FolderItem>(nullptr, "");
@@ -86,30 +81,32 @@ bool FolderItem::Directory() const {
 }
 
 bool FolderItem::Visible() const {
-    if (listed_visible_) return *listed_visible_;
     return !parent_ || IsVisibleEntry(parent_->AbsolutePath(), name_);
 }
 
 Ref<FolderItem> FolderItem::ForWalk(const WalkPlan& plan) const {
-    auto folder = MakeRef<FolderItem>(parent_, name_);
-    folder->ahead_ = MakeRef<ReadAhead>(AbsolutePath(), plan);
-    return folder;
+    return MakeRef<WalkedItem>(parent_, name_, MakeRef<ReadAhead>(AbsolutePath(), plan));
 }
 
-std::vector<ListedEntry> FolderItem::Listing() const {
-    return ahead_ ? ahead_->List(AbsolutePath()) : ListFolder(AbsolutePath());
+FolderItem::Snapshot FolderItem::TakeSnapshot() {
+    const auto disk = MakeRef<PlainDisk>(AbsolutePath());
+    return {disk, disk->ListFirst()};
+}
+
+std::optional<std::int32_t> FolderItem::PageCount() const {
+    const auto holder = parent_ ? parent_->AbsolutePath() : "/";
+    return PlainDisk::CountPagesOf(OpenFolder(holder), {name_, FileKind::Other, true});
 }
 
 std::int32_t FolderItem::Count() {
-    listing_ = Listing();
-    listed_ = true;
-    return static_cast<std::int32_t>(listing_.size());
+    snapshot_ = TakeSnapshot();
+    return static_cast<std::int32_t>(snapshot_.listing->Size());
 }
 
 Ref<FolderItem> FolderItem::Item(std::int32_t index) {
-    if (!listed_) Count();
-    if (index < 1 || static_cast<std::size_t>(index) > listing_.size()) return nullptr;
-    return MakeRef<FolderItem>(Ref(this), listing_[static_cast<std::size_t>(index) - 1]);
+    if (!snapshot_.listing) Count();
+    if (index < 1 || static_cast<std::size_t>(index) > snapshot_.listing->Size()) return nullptr;
+    return MakeRef<ListedItem>(Ref(this), snapshot_, static_cast<std::size_t>(index) - 1);
 }
 
 Ref<FolderItem> FolderItem::TrueItem(std::int32_t index) {

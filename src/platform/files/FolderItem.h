@@ -6,12 +6,11 @@
 #include <vector>
 
 #include "platform/base/Ref.h"
-#include "platform/files/FolderListing.h"
 #include "platform/files/Streams.h"
+#include "platform/files/WalkSource.h"
 
 namespace varnith {
 
-class ReadAhead;
 struct WalkPlan;
 
 // A handle of a file or folder: a path, which need not lead to anything yet. Making one does not touch the
@@ -52,18 +51,15 @@ class FolderItem : public RefCounted {
     // dropped.
     Ref<FolderItem> ForWalk(const WalkPlan& plan) const;
 
-    // What asks ahead for a walk that the item is part of, else nil.
-    const Ref<ReadAhead>& Ahead() const { return ahead_; }
-
-    // Whether a listing had the item as a regular file, which is known without asking the disk again.
-    bool ListedAsRegular() const { return listed_as_regular_; }
+    // The pages of the item as CountPages has them; nothing for what can't be opened or is no regular file.
+    virtual std::optional<std::int32_t> PageCount() const;
 
     // Whether a folder is there. A link to one is none, so nothing that empties a folder reaches elsewhere.
     bool Directory() const;
 
     // Whether the item is visible to the user, as the desktops' file managers have it; that of an item from a
     // listing as the listing had it.
-    bool Visible() const;
+    virtual bool Visible() const;
 
     // The number of entries of this folder, visible or not; 0 if it is no folder or can't be read. Takes a
     // new snapshot of the folder, from which Item then serves.
@@ -99,24 +95,26 @@ class FolderItem : public RefCounted {
     // the front if asked for. The item itself is never run, whatever its mode says. Failure is silent.
     void Launch(bool to_front) const;
 
+  protected:
+    // A listing of the folder, and where a walk goes on to ask for its entries.
+    struct Snapshot {
+        Ref<WalkSource> source;
+        ListingPointer listing;
+    };
+
+    FolderItem(Ref<FolderItem> parent, std::string name);
+
+    virtual Snapshot TakeSnapshot();
+
   private:
     friend class FileListMBS;
     template <class T, class... Arguments>
     friend Ref<T> MakeRef(Arguments&&... arguments);
 
-    FolderItem(Ref<FolderItem> parent, std::string name);
-    FolderItem(Ref<FolderItem> parent, const ListedEntry& entry);
-
-    std::vector<ListedEntry> Listing() const;
-
-    Ref<FolderItem> parent_;
+    const Ref<FolderItem> parent_;
     std::string name_;
-    Ref<ReadAhead> ahead_;
-    bool listed_as_regular_ = false;
-    std::optional<bool> listed_visible_;
     bool is_entry_itself_ = false;
-    std::vector<ListedEntry> listing_;
-    bool listed_ = false;
+    Snapshot snapshot_;  // of Count, for Item
 };
 
 // Turns a path into an item. A relative path, a bare name among them, counts from the folder that holds the

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <sstream>
 #include <unordered_set>
-#include <utility>
 
 #include "platform/base/Text.h"
 
@@ -13,45 +12,72 @@ namespace {
 
 constexpr auto HiddenListName = ".hidden";
 
-std::unordered_set<std::string> NamesListedAsHidden(const std::string& folder_path) {
-    std::unordered_set<std::string> names;
-    std::istringstream lines(FileSystem::Current().Contents(folder_path + "/" + HiddenListName));
+using Names = std::unordered_set<std::string>;
+
+Names NamesListedAsHidden(const OpenFolder& folder) {
+    Names names;
+    const FileSystem& disk = FileSystem::Current();
+    std::istringstream lines(disk.Contents(disk.OpenForReading(folder, HiddenListName)));
     for (std::string line; std::getline(lines, line);) names.insert(line);
     return names;
 }
 
-bool IsVisible(const std::string& name, const std::unordered_set<std::string>& hidden) {
-    return !name.starts_with('.') && !hidden.contains(name);
+bool IsVisible(const std::string& name, const Names& hidden) {
+    return !name.starts_with('.') && (hidden.empty() || !hidden.contains(name));
 }
 
-std::vector<DirectoryEntry> InNaturalOrder(std::vector<DirectoryEntry> entries) {
-    std::vector<std::pair<std::string, std::size_t>> keys;
+// The places of the entries in natural order. The keys that are compared lie one after another in one block.
+std::vector<std::size_t> NaturalOrder(const std::vector<DirectoryEntry>& entries) {
+    struct Key {
+        std::size_t start;
+        std::size_t length;
+        std::size_t place;
+    };
+    std::string block;
+    std::vector<Key> keys;
     keys.reserve(entries.size());
-    for (std::size_t i = 0; i < entries.size(); ++i) keys.emplace_back(NaturalKey(entries[i].name), i);
-    std::sort(keys.begin(), keys.end());
-    std::vector<DirectoryEntry> ordered;
-    ordered.reserve(entries.size());
-    for (const auto& [key, place] : keys) ordered.push_back(std::move(entries[place]));
-    return ordered;
+    for (const DirectoryEntry& entry : entries) {
+        const std::size_t start = block.size();
+        AppendNaturalKey(block, entry.name);
+        keys.push_back({start, block.size() - start, keys.size()});
+    }
+    const std::string_view all = block;
+    std::sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
+        return all.substr(a.start, a.length) < all.substr(b.start, b.length);
+    });
+    std::vector<std::size_t> order;
+    order.reserve(keys.size());
+    for (const Key& key : keys) order.push_back(key.place);
+    return order;
 }
 
 }  // namespace
 
-std::vector<ListedEntry> ListFolder(const std::string& path) {
-    const std::vector<DirectoryEntry> entries = InNaturalOrder(FileSystem::Current().Entries(path));
+Listing::Listing(std::shared_ptr<const OpenFolder> folder) : folder_(std::move(folder)) {
+    const std::vector<DirectoryEntry> entries = FileSystem::Current().Entries(*folder_);
     const bool lists_hidden = std::any_of(entries.begin(), entries.end(),
                                           [](const auto& entry) { return entry.name == HiddenListName; });
-    const auto hidden = lists_hidden ? NamesListedAsHidden(path) : std::unordered_set<std::string>();
+    const Names hidden = lists_hidden ? NamesListedAsHidden(*folder_) : Names();
+    marks_.reserve(entries.size());
+    for (const std::size_t place : NaturalOrder(entries)) {
+        const auto& [name, kind] = entries[place];
+        names_ += name;
+        marks_.push_back({names_.size(), kind, IsVisible(name, hidden)});
+    }
+}
 
-    std::vector<ListedEntry> listing;
-    listing.reserve(entries.size());
-    for (const DirectoryEntry& entry : entries)
-        listing.push_back({entry.name, entry.kind, IsVisible(entry.name, hidden)});
-    return listing;
+ListedEntry Listing::operator[](std::size_t place) const {
+    const Mark& mark = marks_[place];
+    const std::size_t start = place == 0 ? 0 : marks_[place - 1].end;
+    return {std::string_view(names_).substr(start, mark.end - start), mark.kind, mark.visible};
+}
+
+std::shared_ptr<const OpenFolder> Listing::FolderAt(std::size_t place) const {
+    return std::make_shared<OpenFolder>(folder_, std::string((*this)[place].name));
 }
 
 bool IsVisibleEntry(const std::string& folder_path, const std::string& name) {
-    return IsVisible(name, NamesListedAsHidden(folder_path));
+    return IsVisible(name, NamesListedAsHidden(OpenFolder(folder_path)));
 }
 
 }  // namespace varnith

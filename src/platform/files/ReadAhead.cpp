@@ -4,143 +4,270 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/files/TiffPictureMBS.h"
+#include "platform/base/CoarseClock.h"
 
 namespace varnith {
 
 namespace {
 
-// With files in the memory two workers keep the walk busy, and more only take the processors from each other.
-// On a share, where each question waits for a round trip, 64 pay.
+constexpr std::chrono::milliseconds OldestAnswer{250};
+
+// With files in memory two workers keep the walk busy. On a share, where each question waits for a round
+// trip, 64 pay, and as many questions again are asked for whoever of them comes free.
 constexpr std::size_t LeastAtOnce = 2;
 constexpr std::size_t MostAtOnce = 64;
-
-// As many again wait to be taken, so that workers and walk don't wait for each other by turns.
 constexpr std::size_t MostAhead = 2 * MostAtOnce;
 
-// To count a small file that is in the memory takes less time than handing the question over does. So the
-// files of a large folder are handed over in runs.
-constexpr std::size_t LongestRun = 64;
+// To count a small file that is in memory takes less time than to hand the question over. So files are handed
+// over in runs, which are as long as a worker takes for this time: one file on a share.
+constexpr std::chrono::microseconds TimeOfRun{500};
+constexpr std::size_t LongestRun = 256;
+
+constexpr std::size_t MostListedBytes = 64 << 20;
+constexpr std::size_t MostOpenFolders = 200;
 
 bool IsEntered(const ListedEntry& entry, const WalkPlan& plan) {
     return plan.enters_folders && entry.visible && entry.kind == FileKind::Directory;
 }
 
-std::string PathOf(const std::string& folder_path, const ListedEntry& entry) {
-    return (folder_path == "/" ? "" : folder_path) + "/" + entry.name;
-}
-
-template <class Answer>
-bool IsThere(const std::future<Answer>& answer) {
-    return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-}
-
 }  // namespace
 
-ReadAhead::ReadAhead(const std::string& folder_path, const WalkPlan& plan)
-    : plan_(plan), workers_(LeastAtOnce, MostAtOnce) {
-    AskListing(way_.end(), folder_path);
+ReadAhead::ReadAhead(const std::string& path, const WalkPlan& plan)
+    : plan_(plan), plain_(path), workers_(LeastAtOnce, MostAtOnce) {
+    AskFolder(way_.end(), {nullptr, 0, std::make_shared<OpenFolder>(path), {}, nullptr});
 }
 
-std::vector<ListedEntry> ReadAhead::List(const std::string& path) {
-    AskOn();
-    auto* listed = Front<Listed>();
-    if (!listed || listed->path != path) return ListFolder(path);
-    if (!listed->unfolded) Unfold(way_.begin());
-    std::vector<ListedEntry> entries = std::move(listed->entries);
-    Take();
-    return entries;
+ListingPointer ReadAhead::ListFirst() {
+    auto* question = Front<FolderQuestion>();
+    return question && !question->above ? TakeListing(*question) : plain_.ListFirst();
 }
 
-std::optional<std::int32_t> ReadAhead::Count(const std::string& path, bool is_regular) {
+ListingPointer ReadAhead::ListEntry(const ListingPointer& listing, std::size_t place) {
     AskOn();
-    if (auto* run = Front<Run>(); run && counted_.empty()) {
-        Run answer = std::move(*run);
-        Take();
-        counted_ = Awaited(answer);
+    auto* question = Front<FolderQuestion>();
+    const bool is_asked = question && question->above == listing && question->place == place;
+    return is_asked ? TakeListing(*question) : plain_.ListEntry(listing, place);
+}
+
+ListingPointer ReadAhead::TakeListing(FolderQuestion& question) {
+    auto found = Awaited(workers_, question.answer);
+    if (found->listing && CoarseNow() - found->since > OldestAnswer) {
+        AskAgainWhatIsOld();
+        found = Awaited(workers_, question.answer);
     }
-    if (counted_.empty() || counted_.front().path != path) return CountImages(path, is_regular);
-    const auto count = counted_.front().count;
-    counted_.pop_front();
-    return count;
+    // Where the folder has changed since its stops were put on the way, they have been asked for in vain.
+    const ListingPointer before = question.unfolded ? question.unfolded->listing : nullptr;
+    if (before && (!found->listing || !before->HasEntriesOf(*found->listing))) Fold();
+    if (!found->listing) return ListAnew(question.folder);
+    if (!question.unfolded) Unfold(way_.begin());
+    const ListingPointer listing = question.unfolded->listing;
+    listed_bytes_ -= listing->Bytes();
+    Take();
+    return listing;
+}
+
+// The worker has met an exception, which the walk is to meet, too.
+ListingPointer ReadAhead::ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question) {
+    const std::shared_ptr<const OpenFolder> folder = folder_of_question;
+    --listing_;
+    Take();
+    return std::make_shared<const Listing>(folder);
+}
+
+std::optional<std::int32_t> ReadAhead::CountEntry(const ListingPointer& listing, std::size_t place) {
+    AskOn();
+    auto* question = Front<FilesQuestion>();
+    const bool is_asked =
+        question && question->folder->listing == listing && question->folder->places[question->next] == place;
+    if (!is_asked) return plain_.CountEntry(listing, place);
+    const Counts* counts = &Awaited(workers_, question->answer);
+    if (CoarseNow() - counts->since > OldestAnswer) {
+        AskAgainWhatIsOld();
+        counts = &Awaited(workers_, question->answer);
+    }
+    for_each_file_ = counts->for_each;
+    const std::size_t number = question->next - question->first;
+    const std::int32_t pages = number < counts->pages.size() ? counts->pages[number] : NoPages;
+    const bool is_left = number >= counts->pages.size();
+    if (++question->next == question->end) Take();
+    if (is_left) return plain_.CountEntry(listing, place);
+    return pages == NoPages ? std::nullopt : std::optional(pages);
+}
+
+// The question that the walk comes to next, if it is of that kind, else null.
+template <class Question>
+Question* ReadAhead::Front() {
+    while (!way_.empty()) {
+        const auto* rest = std::get_if<Rest>(&way_.front());
+        if (!rest || rest->next < rest->folder->places.size()) break;
+        way_.pop_front();
+    }
+    return way_.empty() ? nullptr : std::get_if<Question>(&way_.front());
 }
 
 void ReadAhead::Take() {
     way_.pop_front();
-    --asked_;
+    ++taken_;
 }
 
-// Asks in the order of the way until enough is asked, and goes into the folders whose listings have come.
+// Asks in the order of the way until enough is asked, and goes into the folders whose listings have come. To
+// look along the way costs time, so it is done for many questions together.
 void ReadAhead::AskOn() {
-    // Going along the way has its price, so it is gone along for many questions together.
-    if (folded_ == 0 && asked_ > MostAhead / 2) return;
-    for (auto piece = way_.begin(); piece != way_.end() && asked_ < MostAhead;) {
-        const auto* listed = std::get_if<Listed>(&*piece);
-        if (listed && !listed->unfolded && IsThere(listed->answer)) Unfold(piece);
-        const auto* rest = std::get_if<Rest>(&*piece);
-        while (rest && !rest->stops.empty() && asked_ < MostAhead) AskNext(piece);
-        piece = rest && rest->stops.empty() ? way_.erase(piece) : std::next(piece);
+    const std::size_t listed = *listed_;
+    if (taken_ < MostAhead / 4 && listed == listed_before_ && !Front<Rest>()) return;
+    taken_ = 0;
+    listed_before_ = listed;
+    std::size_t ahead = 0;
+    for (auto piece = way_.begin(); piece != way_.end() && ahead < MostAhead; ++piece) {
+        const auto* folder = std::get_if<FolderQuestion>(&*piece);
+        if (folder && !folder->unfolded && folder->answer.IsThere() && folder->answer.Get()->listing)
+            Unfold(piece);
+        if (!std::holds_alternative<Rest>(*piece)) ++ahead;
+        while (ahead < MostAhead && AskNext(piece)) ++ahead;
     }
 }
 
-// Asks for the next of what a folder has in store.
-void ReadAhead::AskNext(Way::iterator piece) {
+// Asks for the next of what is left of a folder. False if nothing is, or if too much is listed already.
+bool ReadAhead::AskNext(Way::iterator piece) {
+    auto* rest = std::get_if<Rest>(&*piece);
+    if (!rest || rest->next == rest->folder->places.size()) return false;
+    const ListingPointer& listing = rest->folder->listing;
+    const std::size_t place = rest->folder->places[rest->next];
+    if (!IsEntered((*listing)[place], plan_)) {
+        AskFiles(piece);
+        return true;
+    }
+    if (piece != way_.begin() && !HasRoomForListing()) return false;
+    ++rest->next;
+    AskFolder(piece, {listing, place, listing->FolderAt(place), {}, nullptr});
+    return true;
+}
+
+void ReadAhead::AskFolder(Way::iterator before, FolderQuestion question) {
+    Ask(question);
+    ++listing_;
+    way_.insert(before, std::move(question));
+}
+
+void ReadAhead::AskFiles(Way::iterator piece) {
     auto& rest = std::get<Rest>(*piece);
-    if (!IsEntered(rest.stops.front(), plan_)) return AskRun(piece);
-    AskListing(piece, PathOf(rest.path, rest.stops.front()));
-    rest.stops.pop_front();
+    const auto& places = rest.folder->places;
+    const Listing& listing = *rest.folder->listing;
+    FilesQuestion question{rest.folder, rest.next, rest.next, rest.next, {}};
+    const std::size_t most = std::min(places.size(), rest.next + FilesAtOnce());
+    while (question.end < most && !IsEntered(listing[places[question.end]], plan_)) ++question.end;
+    rest.next = question.end;
+    Ask(question);
+    way_.insert(piece, std::move(question));
 }
 
-void ReadAhead::AskListing(Way::iterator in_front_of, std::string path) {
-    auto answer = workers_.Do([path, plan = plan_] {
-        Listing listing{ListFolder(path), {}};
-        for (const ListedEntry& entry : listing.entries)
-            if (IsEntered(entry, plan) || plan.opens(entry)) listing.stops.push_back(entry);
-        return listing;
-    });
-    way_.insert(in_front_of, Listed{std::move(path), std::move(answer), {}});
-    ++asked_;
-    ++folded_;
+std::size_t ReadAhead::FilesAtOnce() const {
+    if (for_each_file_.count() == 0) return 1;
+    const auto files = static_cast<std::size_t>(TimeOfRun / for_each_file_);
+    return std::clamp<std::size_t>(files, 1, LongestRun);
 }
 
-void ReadAhead::AskRun(Way::iterator piece) {
-    auto& [path, stops] = std::get<Rest>(*piece);
-    const std::size_t length = std::clamp<std::size_t>(stops.size() / MostAtOnce, 1, LongestRun);
-    std::vector<ListedEntry> files;
-    while (files.size() < length && !stops.empty() && !IsEntered(stops.front(), plan_)) {
-        files.push_back(std::move(stops.front()));
-        stops.pop_front();
-    }
-    way_.insert(piece,
-                workers_.Do([folder = path, files = std::move(files)] { return CountAll(folder, files); }));
-    ++asked_;
+// Listings that are on their way count as much as the largest one so far.
+bool ReadAhead::HasRoomForListing() const {
+    return listed_bytes_ + (listing_ + 1) * largest_listing_ < MostListedBytes;
 }
 
-// A worker's part of a run.
-std::deque<ReadAhead::Counted> ReadAhead::CountAll(const std::string& folder_path,
-                                                   const std::vector<ListedEntry>& files) {
-    std::deque<Counted> counts;
-    for (const ListedEntry& file : files) {
-        std::string path = PathOf(folder_path, file);
+void ReadAhead::Ask(FolderQuestion& question) {
+    question.answer = workers_.Do([folder = question.folder, plan = plan_, listed = listed_] {
+        auto stops = std::make_shared<Stops>();
         try {
-            const auto count = CountImages(path, file.kind == FileKind::Regular);
-            counts.push_back({std::move(path), count});
+            stops->listing = std::make_shared<const Listing>(folder);
+            for (std::size_t place = 0; place < stops->listing->Size(); ++place) {
+                const ListedEntry entry = (*stops->listing)[place];
+                if (IsEntered(entry, plan) || plan.opens(entry)) stops->places.push_back(place);
+            }
         } catch (...) {
-            // The walk comes upon it where it stands, when it asks for that file.
-            break;
+            // The walk meets it where it stands, when it lists the folder itself.
+            stops->listing = nullptr;
+        }
+        stops->since = CoarseNow();
+        ++*listed;
+        return std::shared_ptr<const Stops>(std::move(stops));
+    });
+}
+
+void ReadAhead::Ask(FilesQuestion& question) {
+    question.first = question.next;
+    question.answer = workers_.Do([stops = question.folder, first = question.next, end = question.end] {
+        Counts counts;
+        const auto start = std::chrono::steady_clock::now();
+        const Listing& listing = *stops->listing;
+        try {
+            for (std::size_t stop = first; stop < end; ++stop) {
+                const auto pages = PlainDisk::CountPagesOf(listing.Folder(), listing[stops->places[stop]]);
+                counts.pages.push_back(pages.value_or(NoPages));
+                if (stop == first) counts.since = CoarseNow();
+            }
+        } catch (...) {
+            // The walk meets it where it stands, when it counts that file itself.
+        }
+        if (counts.pages.empty()) counts.since = CoarseNow();
+        counts.for_each = (std::chrono::steady_clock::now() - start) / static_cast<int>(end - first);
+        return counts;
+    });
+}
+
+// A walk that stood still, as while the user looks at a dialog, comes to many old answers at once, and they
+// are asked for at once.
+void ReadAhead::AskAgainWhatIsOld() {
+    const auto now = CoarseNow();
+    for (auto& piece : way_) {
+        if (auto* files = std::get_if<FilesQuestion>(&piece)) {
+            if (files->answer.IsThere() && now - files->answer.Get().since > OldestAnswer) Ask(*files);
+        } else if (auto* folder = std::get_if<FolderQuestion>(&piece)) {
+            if (folder->answer.IsThere() && now - folder->answer.Get()->since > OldestAnswer) Ask(*folder);
         }
     }
-    return counts;
 }
 
-// Puts the stops of a listing on the way behind it.
+// Puts the stops of a listing on the way after it.
 void ReadAhead::Unfold(Way::iterator piece) {
-    auto& listed = std::get<Listed>(*piece);
-    Listing listing = Awaited(listed.answer);
-    listed.entries = std::move(listing.entries);
-    listed.unfolded = true;
-    --folded_;
-    way_.insert(std::next(piece), Rest{listed.path, std::move(listing.stops)});
+    auto& question = std::get<FolderQuestion>(*piece);
+    question.unfolded = question.answer.Get();
+    const std::size_t bytes = question.unfolded->listing->Bytes();
+    --listing_;
+    listed_bytes_ += bytes;
+    largest_listing_ = std::max(largest_listing_, bytes);
+    way_.insert(std::next(piece), Rest{question.unfolded, 0});
+    KeepOpen(question.folder);
+}
+
+// Takes the stops of the first question's listing off the way, with all that was asked below them.
+void ReadAhead::Fold() {
+    const auto stops = std::exchange(std::get<FolderQuestion>(way_.front()).unfolded, nullptr);
+    if (!stops) return;
+    ++listing_;
+    listed_bytes_ -= stops->listing->Bytes();
+    const auto is_end = [&](const auto& piece) {
+        const auto* rest = std::get_if<Rest>(&piece);
+        return rest && rest->folder == stops;
+    };
+    const auto end = std::find_if(way_.begin(), way_.end(), is_end);
+    for (auto piece = std::next(way_.begin()); piece != std::next(end); piece = way_.erase(piece))
+        Drop(*piece);
+}
+
+void ReadAhead::Drop(const Way::value_type& piece) {
+    if (const auto* files = std::get_if<FilesQuestion>(&piece)) files->answer.Drop();
+    const auto* folder = std::get_if<FolderQuestion>(&piece);
+    if (!folder) return;
+    folder->answer.Drop();
+    if (folder->unfolded)
+        listed_bytes_ -= folder->unfolded->listing->Bytes();
+    else
+        --listing_;
+}
+
+void ReadAhead::KeepOpen(const std::shared_ptr<const OpenFolder>& folder) {
+    open_folders_.push_back(folder);
+    if (open_folders_.size() <= MostOpenFolders) return;
+    if (const auto oldest = open_folders_.front().lock()) oldest->LetGo();
+    open_folders_.pop_front();
 }
 
 }  // namespace varnith

@@ -1,17 +1,19 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <future>
 #include <list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
-#include "platform/base/Ref.h"
-#include "platform/files/FolderListing.h"
+#include "platform/files/PlainDisk.h"
+#include "platform/files/WalkSource.h"
 #include "platform/threads/Workers.h"
 
 namespace varnith {
@@ -24,66 +26,90 @@ struct WalkPlan {
     bool enters_folders;
 };
 
-// Asks the disk ahead of a walk what the walk is going to ask: workers list its folders and count the images
+// Asks the disk ahead of a walk what the walk is going to ask: workers list its folders and count the pages
 // of its files, in the order of the walk, many at once, because on a share each question waits for a round
-// trip. The walk gets the same answers as it would without, at the same places, and every file is opened
-// once: what has not been asked ahead is asked when the walk wants it.
-class ReadAhead : public RefCounted {
+// trip. The walk gets the answers that it would get without, and every file is opened once. What has not been
+// asked ahead is asked when the walk wants it. Until an answer is there, others run.
+//
+// An answer has an age: one that is older than 250 ms when the walk comes to it is asked for again.
+class ReadAhead : public WalkSource {
   public:
-    ReadAhead(const std::string& folder_path, const WalkPlan& plan);
+    // Begins to ask. REQUIRES: the path is absolute.
+    ReadAhead(const std::string& path, const WalkPlan& plan);
 
-    // The listing of a folder. Until it is there, others run.
-    std::vector<ListedEntry> List(const std::string& path);
-
-    // The number of images of a file, as CountImages has it. Until it is there, others run.
-    std::optional<std::int32_t> Count(const std::string& path, bool is_regular);
+    ListingPointer ListFirst() override;
+    ListingPointer ListEntry(const ListingPointer& listing, std::size_t place) override;
+    std::optional<std::int32_t> CountEntry(const ListingPointer& listing, std::size_t place) override;
 
   private:
-    struct Listing {
-        std::vector<ListedEntry> entries;
-        std::deque<ListedEntry> stops;  // those of them at which the walk will ask something
+    // A listing, and the places in it at which the walk will ask something: its stops.
+    struct Stops {
+        ListingPointer listing;  // null if the folder is left for the walk to list
+        std::vector<std::size_t> places;
+        std::chrono::nanoseconds since{};
     };
-    struct Counted {
-        std::string path;
-        std::optional<std::int32_t> count;
+    // The pages of some files, NoPages for none, up to the first that is left for the walk to count.
+    struct Counts {
+        std::vector<std::int32_t> pages;
+        std::chrono::nanoseconds since{};
+        std::chrono::nanoseconds for_each{};  // how long one took
     };
+    static constexpr std::int32_t NoPages = -1;
 
-    // The way in front of the walk: the questions that have been asked, and what the folders on it still have
-    // in store.
-    struct Listed {
-        std::string path;
-        std::future<Listing> answer;
-        std::vector<ListedEntry> entries;  // once it is unfolded: its stops then lie on the way behind it
-        bool unfolded = false;
+    // The way ahead of the walk, in its order: the questions that have been asked, and after those of a
+    // folder the rest of it, which is kept until the walk leaves the folder.
+    struct FolderQuestion {
+        ListingPointer above;  // the listing that the folder is an entry of, null for the first
+        std::size_t place;
+        std::shared_ptr<const OpenFolder> folder;
+        Workers::Answer<std::shared_ptr<const Stops>> answer;
+        std::shared_ptr<const Stops> unfolded;  // the answer whose stops lie on the way after it
     };
-    using Run = std::future<std::deque<Counted>>;
+    struct FilesQuestion {
+        std::shared_ptr<const Stops> folder;
+        std::size_t first;  // the stop to which the answer's first count belongs
+        std::size_t next;   // the stop that the walk comes to next
+        std::size_t end;
+        Workers::Answer<Counts> answer;
+    };
     struct Rest {
-        std::string path;
-        std::deque<ListedEntry> stops;
+        std::shared_ptr<const Stops> folder;
+        std::size_t next;
     };
-    using Way = std::list<std::variant<Listed, Run, Rest>>;
+    using Way = std::list<std::variant<FolderQuestion, FilesQuestion, Rest>>;
 
-    // The piece at the front of the way if it is of that kind, else null.
-    template <class Piece>
-    Piece* Front() {
-        return way_.empty() ? nullptr : std::get_if<Piece>(&way_.front());
-    }
+    template <class Question>
+    Question* Front();
     void Take();
 
     void AskOn();
-    void AskListing(Way::iterator in_front_of, std::string path);
-    void AskNext(Way::iterator rest);
-    void AskRun(Way::iterator rest);
-    static std::deque<Counted> CountAll(const std::string& folder_path,
-                                        const std::vector<ListedEntry>& files);
-    void Unfold(Way::iterator listed);
+    bool AskNext(Way::iterator rest);
+    void AskFolder(Way::iterator before, FolderQuestion question);
+    void AskFiles(Way::iterator rest);
+    void Ask(FolderQuestion& question);
+    void Ask(FilesQuestion& question);
+    void AskAgainWhatIsOld();
+    void Unfold(Way::iterator folder);
+    void Fold();
+    void Drop(const Way::value_type& piece);
+    ListingPointer TakeListing(FolderQuestion& question);
+    ListingPointer ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question);
+    std::size_t FilesAtOnce() const;
+    bool HasRoomForListing() const;
+    void KeepOpen(const std::shared_ptr<const OpenFolder>& folder);
 
     const WalkPlan plan_;
+    PlainDisk plain_;
     Workers workers_;
     Way way_;
-    std::deque<Counted> counted_;  // the answers of the run that was taken last
-    std::size_t asked_ = 0;        // the questions on the way
-    std::size_t folded_ = 0;       // the listings among them whose stops aren't on it
+    std::size_t taken_ = 0;  // questions since the last look along the way
+    std::shared_ptr<std::atomic<std::size_t>> listed_ = std::make_shared<std::atomic<std::size_t>>(0);
+    std::size_t listed_before_ = 0;  // what it was at that look
+    std::chrono::nanoseconds for_each_file_{};
+    std::size_t listing_ = 0;          // the listings that were asked for and are not unfolded
+    std::size_t listed_bytes_ = 0;     // of the listings on the way
+    std::size_t largest_listing_ = 0;  // in bytes
+    std::deque<std::weak_ptr<const OpenFolder>> open_folders_;
 };
 
 }  // namespace varnith

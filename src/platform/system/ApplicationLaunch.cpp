@@ -23,8 +23,9 @@ bool IsExecutable(const std::string& path) {
 std::string ProgramOf(const Ref<FolderItem>& application) {
     const std::string path = application->AbsolutePath();
     if (!application->Directory()) return IsExecutable(path) ? path : "";
-    for (const ListedEntry& entry : ListFolder(path + "/Contents/MacOS")) {
-        const std::string program = path + "/Contents/MacOS/" + entry.name;
+    const Listing programs(std::make_shared<OpenFolder>(path + "/Contents/MacOS"));
+    for (std::size_t place = 0; place < programs.Size(); ++place) {
+        const std::string program = programs.Folder().PathOf(programs[place].name);
         if (IsExecutable(program)) return program;
     }
     return {};

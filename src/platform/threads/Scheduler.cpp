@@ -3,24 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include <time.h>
-
+#include "platform/base/CoarseClock.h"
 #include "platform/base/Guard.h"
 #include "platform/threads/Thread.h"
 
 namespace varnith {
-
-namespace {
-
-// The coarse clock costs a few nanoseconds, and its steps of some 4 ms do for slices: a yield point stands
-// in loops that run a million times.
-std::chrono::nanoseconds CoarseNow() {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
-}
-
-}  // namespace
 
 Scheduler& Scheduler::Current() {
     static Scheduler scheduler;

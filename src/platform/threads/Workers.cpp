@@ -1,19 +1,52 @@
 #include "platform/threads/Workers.h"
 
 #include <algorithm>
-#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <system_error>
 #include <thread>
 
+#include <sys/resource.h>
+
 namespace varnith {
 
 namespace {
 
-// The jobs in the middle of their work, in the whole program.
+// The jobs that have begun and not ended, in the whole program.
 std::atomic<std::size_t> jobs_in_work = 0;
+
+// What a thread has spent its time on since the object was made, in seconds.
+class Stopwatch {
+  public:
+    double Elapsed() const { return Seconds(std::chrono::steady_clock::now() - start_).count(); }
+
+    // The time that it did not wait for the disk. A thread that never gave up the processor of its own accord
+    // has waited for nothing but the processor, which more threads would not bring nearer.
+    double Working(double elapsed) const {
+        const rusage now = Usage();
+        if (now.ru_nvcsw == usage_.ru_nvcsw) return elapsed;
+        return std::min(elapsed, ProcessorTime(now) - ProcessorTime(usage_));
+    }
+
+  private:
+    using Seconds = std::chrono::duration<double>;
+
+    static rusage Usage() {
+        rusage usage;
+        getrusage(RUSAGE_THREAD, &usage);
+        return usage;
+    }
+    static double ProcessorTime(const rusage& usage) {
+        const auto seconds = [](const timeval& time) {
+            return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+        };
+        return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    }
+
+    const rusage usage_ = Usage();
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
 
 }  // namespace
 
@@ -21,11 +54,16 @@ std::atomic<std::size_t> jobs_in_work = 0;
 struct Workers::State : std::enable_shared_from_this<State> {
     State(std::size_t at_least, std::size_t at_most) : least(at_least), most(at_most) {}
 
-    // As many as a job lately took halves of a millisecond. REQUIRES, as for what follows: the mutex is held.
-    std::size_t AtOnce() const { return std::clamp(static_cast<std::size_t>(2 * milliseconds), least, most); }
+    // The number of threads that keeps the processors busy, given how long jobs wait. REQUIRES, as for what
+    // follows: the mutex is held.
+    std::size_t AtOnce() const {
+        constexpr double LeastWork = 1e-6;
+        const double at_once = processors * elapsed / std::max(working, LeastWork);
+        return std::clamp(static_cast<std::size_t>(std::min(at_once, 1e6)), least, most);
+    }
 
     void StartThreads() try {
-        for (; threads < AtOnce() && threads - busy < tasks.size(); ++threads)
+        for (; threads < AtOnce() && threads - busy < jobs.size(); ++threads)
             std::thread([self = shared_from_this()] { self->Work(); }).detach();
     } catch (const std::system_error&) {
         // No more can be had: those that there are go on.
@@ -34,7 +72,9 @@ struct Workers::State : std::enable_shared_from_this<State> {
     void Work() {
         std::unique_lock lock(mutex);
         while (threads <= AtOnce()) {
-            changed.wait(lock, [this] { return ended || !tasks.empty(); });
+            ++idle;
+            added.wait(lock, [this] { return ended || !jobs.empty(); });
+            --idle;
             if (ended) return;
             DoNext(lock);
             StartThreads();
@@ -43,29 +83,45 @@ struct Workers::State : std::enable_shared_from_this<State> {
     }
 
     void DoNext(std::unique_lock<std::mutex>& lock) {
-        Task task = std::move(tasks.front());
-        tasks.pop_front();
+        const std::shared_ptr<Job> job = std::move(jobs.front());
+        jobs.pop_front();
+        if (job->dropped) return;
         ++busy;
         ++jobs_in_work;
         lock.unlock();
-        const auto begin = std::chrono::steady_clock::now();
-        task();
-        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
+        const Stopwatch watch;
+        job->Run();
+        const double taken = watch.Elapsed();
+        const double worked = watch.Working(taken);
+        job->done.store(true, std::memory_order_release);
         --jobs_in_work;
         jobs_in_work.notify_all();
         lock.lock();
         --busy;
-        milliseconds += (taken.count() - milliseconds) / 8;
+        Remember(taken, worked);
+        if (somebody_waits) answered.notify_one();
     }
 
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<Task> tasks;
+    // As means that forget. The first job counts in full, so that a share comes to its best at once.
+    void Remember(double taken, double worked) {
+        const double weight = elapsed == 0 ? 1 : 1.0 / 8;
+        elapsed += (taken - elapsed) * weight;
+        working += (worked - working) * weight;
+    }
+
+    const double processors = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t least;
     const std::size_t most;
+    std::mutex mutex;
+    std::condition_variable added;
+    std::condition_variable answered;
+    std::deque<std::shared_ptr<Job>> jobs;
     std::size_t threads = 0;
     std::size_t busy = 0;
-    double milliseconds = 0;  // that a job takes, as a mean that forgets
+    std::size_t idle = 0;
+    bool somebody_waits = false;
+    double elapsed = 0;  // that a job takes, in seconds
+    double working = 0;  // of that, what it doesn't wait
     bool ended = false;
 };
 
@@ -74,18 +130,24 @@ Workers::Workers(std::size_t least, std::size_t most) : state_(std::make_shared<
 Workers::~Workers() {
     const std::lock_guard lock(state_->mutex);
     state_->ended = true;
-    state_->tasks.clear();
-    state_->changed.notify_all();
+    state_->jobs.clear();
+    state_->added.notify_all();
 }
 
-void Workers::Add(Task task) {
+void Workers::Add(std::shared_ptr<Job> job) {
     std::unique_lock lock(state_->mutex);
-    state_->tasks.push_back(std::move(task));
+    state_->jobs.push_back(std::move(job));
     state_->StartThreads();
     // Where not one thread can be had, whoever asks does the work.
     if (state_->threads == 0) return state_->DoNext(lock);
-    lock.unlock();
-    state_->changed.notify_one();
+    if (state_->idle > 0) state_->added.notify_one();
+}
+
+void Workers::Wait(const Job& job, std::chrono::milliseconds most) {
+    std::unique_lock lock(state_->mutex);
+    state_->somebody_waits = true;
+    state_->answered.wait_for(lock, most, [&] { return job.done.load(); });
+    state_->somebody_waits = false;
 }
 
 void Workers::WaitUntilQuiet() {

@@ -1,0 +1,137 @@
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <random>
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <tiffio.h>
+#include <unistd.h>
+
+#include "platform/files/FileSystem.h"
+#include "platform/files/TiffPages.h"
+#include "support/TemporaryFolder.h"
+
+namespace varnith::test {
+
+namespace {
+
+// The bytes of a file, as libtiff reads them.
+struct Bytes {
+    const std::string& all;
+    std::uint64_t position = 0;
+
+    static Bytes& Of(thandle_t handle) { return *static_cast<Bytes*>(handle); }
+    tmsize_t Read(void* target, tmsize_t size) {
+        if (position >= all.size()) return 0;
+        const std::size_t count = std::min(static_cast<std::size_t>(size), all.size() - position);
+        std::memcpy(target, all.data() + position, count);
+        position += count;
+        return static_cast<tmsize_t>(count);
+    }
+};
+
+std::optional<std::int32_t> CountByLibtiff(const std::string& bytes) {
+    TIFFSetErrorHandler(nullptr);
+    TIFFSetWarningHandler(nullptr);
+    Bytes file{bytes};
+    const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(
+        TIFFClientOpen(
+            "", "rhm", &file,
+            [](thandle_t h, void* to, tmsize_t size) { return Bytes::Of(h).Read(to, size); },
+            [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; },
+            [](thandle_t h, toff_t offset, int whence) {
+                return Bytes::Of(h).position = whence == SEEK_CUR ? Bytes::Of(h).position + offset : offset;
+            },
+            [](thandle_t) { return 0; }, [](thandle_t h) -> toff_t { return Bytes::Of(h).all.size(); },
+            nullptr, nullptr),
+        TIFFClose);
+    if (!tiff) return std::nullopt;
+    return static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff.get()));
+}
+
+// A file in memory, whose bytes can be replaced.
+struct TiffPages : testing::Test {
+    std::optional<std::int32_t> CountOf(const std::string& bytes) const {
+        EXPECT_EQ(ftruncate(file.Descriptor(), 0), 0);
+        EXPECT_EQ(pwrite(file.Descriptor(), bytes.data(), bytes.size(), 0), std::ssize(bytes));
+        return CountPages(file);
+    }
+
+    const FileHandle file{memfd_create("pages", MFD_CLOEXEC)};
+};
+
+// A chain of directories without entries, in a classic file, each leading to the next of these places. A
+// place repeated is where it goes round.
+std::string ChainThrough(const std::vector<std::uint32_t>& places) {
+    std::string bytes("II*\0", 4);
+    const auto put = [&](std::size_t at, std::uint32_t place) {
+        if (bytes.size() < at + sizeof place) bytes.resize(at + sizeof place, '\0');
+        std::memcpy(&bytes[at], &place, sizeof place);
+    };
+    put(4, places.front());
+    for (std::size_t i = 0; i + 1 < places.size(); ++i) put(places[i] + 2, places[i + 1]);
+    return bytes;
+}
+
+// Something else at a random place: a byte, a short number, another place of the file, or its end.
+void Mutate(std::string& bytes, std::mt19937& random) {
+    const std::size_t place = random() % bytes.size();
+    const auto other = static_cast<std::uint32_t>(random() % (bytes.size() + 8));
+    switch (random() % 5) {
+        case 0:
+            bytes[place] = static_cast<char>(random());
+            break;
+        case 1:
+            bytes[place] = static_cast<char>(random() % 4);
+            break;
+        case 2:
+            bytes.replace(place, sizeof other, reinterpret_cast<const char*>(&other), sizeof other);
+            break;
+        case 3:
+            bytes.resize(place + 1);
+            break;
+        default:
+            bytes.replace(place % 16, 1, 1, static_cast<char>(random() % 64));
+    }
+}
+
+}  // namespace
+
+TEST_F(TiffPages, AreAsManyAsLibtiffCountsWhateverTheDamage) {
+    std::vector<std::string> whole;
+    for (const char* mode : {"wl", "wb", "wl8", "wb8"})
+        for (const int pages : {1, 2, 7}) whole.push_back(TiffBytes(pages, mode));
+    whole.push_back("EP" + whole.front().substr(2));
+    for (const std::vector<std::uint32_t>& places : {std::vector<std::uint32_t>{8, 8},
+                                                     {20, 8, 14, 0},
+                                                     {50, 40, 30, 20, 30},
+                                                     {8, 30, 20, 14, 40, 8},
+                                                     {14, 8, 20, 30, 36, 26, 42, 26}})
+        whole.push_back(ChainThrough(places));
+    for (const std::string& bytes : whole) EXPECT_EQ(CountOf(bytes), CountByLibtiff(bytes));
+    for (const char* none : {"", "II", "II*\0\x8\0\0", "MM\0+\0\x8\0\0\0\0\0\0\0\0\0", "PK\3\4"})
+        EXPECT_EQ(CountOf(none), std::nullopt);
+
+    std::mt19937 random(20);
+    for (int i = 0; i < 100'000; ++i) {
+        std::string bytes = whole[random() % whole.size()];
+        for (unsigned times = random() % 4 + 1; times > 0; --times) Mutate(bytes, random);
+        ASSERT_EQ(CountOf(bytes), CountByLibtiff(bytes)) << "mutation " << i;
+    }
+}
+
+TEST_F(TiffPages, EndAtTheLimitAndWhereALongChainGoesRound) {
+    std::vector<std::uint32_t> places;
+    for (std::uint32_t place = 8; places.size() < (1 << 20) + 5; place += 6) places.push_back(place);
+    EXPECT_EQ(CountOf(ChainThrough(places)), 1 << 20);
+    places.resize(200'000);
+    std::reverse(places.begin(), places.end());
+    EXPECT_EQ(CountOf(ChainThrough(places)), 200'000);
+    places.push_back(places[150'000]);
+    EXPECT_EQ(CountOf(ChainThrough(places)), 200'000);
+}
+
+}  // namespace varnith::test
