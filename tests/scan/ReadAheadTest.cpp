@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
+#include <random>
 
 #include "platform/threads/Workers.h"
 #include "support/ProgramTest.h"
@@ -74,6 +76,86 @@ TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnceAndTheRowsStayInOrder) {
         std::sort(disk.opened.begin(), disk.opened.end());
         std::sort(taken.begin(), taken.end());
         EXPECT_EQ(disk.opened, taken) << "only what is taken is opened, and once";
+    }
+}
+
+// The scan stands still at its first row, as while the user looks at a dialog, until what was asked ahead is
+// old.
+TEST_F(ReadAheadTest, WhatHasChangedMeanwhileShowsAsItIsNow) {
+    const auto old = std::chrono::milliseconds(300);
+    const auto rows_of = [](const std::string& folder, const Lines& files) {
+        Lines rows;
+        for (const std::string& file : files) rows.push_back(file + "|" + folder + "|tif");
+        return rows;
+    };
+    for (const char* name : {"a.tif", "b/1.tif", "b/2.tif", "b/sub/1.tif", "c.tif", "d.tif", "e/1.tif"})
+        documents.File(name, TiffBytes(1));
+    Start([&] {
+        Main().CheckBox4.SetValue(true);
+        Locate(documents.Path());
+        RunThreadsUntil([] { return Main().Listbox1.ListCount() == 1; });
+        Workers::WaitUntilQuiet();
+        documents.File("b/new.tif", TiffBytes(2));
+        documents.File("e/new/1.tif", TiffBytes(2));
+        documents.File("c.tif", TiffBytes(3));
+        std::filesystem::remove_all(documents / "b/sub");
+        std::filesystem::remove(documents / "d.tif");
+        const auto then = std::chrono::steady_clock::now();
+        while (std::chrono::steady_clock::now() - then < old) continue;
+        RunThreads();
+        Lines rows = rows_of(".", {"a.tif|1"});
+        for (const Lines& more :
+             {rows_of("b", {"1.tif|1", "2.tif|1", "new.tif|2"}), rows_of(".", {"c.tif|3", "d.tif|3"}),
+              rows_of("e", {"1.tif|1"}), rows_of("e/new", {"1.tif|2"})})
+            rows.insert(rows.end(), more.begin(), more.end());
+        EXPECT_EQ(Rows(), rows) << "of the folder under way the listing stays, as ever";
+    });
+}
+
+// Random trees, on a disk whose answers take their time, walked by both sources. Some walks are ended
+// half-way.
+TEST_F(ReadAheadTest, GivesTheRowsOfAPlainWalk) {
+    std::mt19937 random(20);
+    std::mutex mutex;
+    std::mt19937 delays(20);
+    disk.fails = [&](const std::string& path) {
+        const auto delay = [&] {
+            const std::lock_guard lock(mutex);
+            return std::chrono::microseconds(delays() % 4 == 0 ? delays() % 2000 : 0);
+        }();
+        const auto then = std::chrono::steady_clock::now();
+        while (std::chrono::steady_clock::now() - then < delay) continue;
+        return path.ends_with("unreadable");
+    };
+    const char* const names[] = {"a.tif", "b.TIFF", "damaged.tif", "c.txt", ".hidden.tif", "tif", "tiff"};
+    for (int tree = 0; tree < 30; ++tree) {
+        const TemporaryFolder root;
+        std::vector<std::string> folders = {""};
+        for (int i = 0; i < 60; ++i) {
+            const std::string folder = folders[random() % folders.size()];
+            const char* const name = names[random() % std::size(names)];
+            if (random() % 3 == 0)
+                folders.push_back(folder + (random() % 9 == 0 ? "unreadable" : "f") + std::to_string(i) +
+                                  "/");
+            else
+                root.File(folder + std::to_string(i) + name, TiffBytes(static_cast<int>(random() % 3)));
+        }
+        Start([&] {
+            MainWindow& w = Main();
+            w.loadfolder(FolderItem::FromPath(root.Path()));
+            const Lines plain = Rows();
+            const bool ended = random() % 3 == 0;
+            w.CheckBox4.SetValue(true);
+            Locate(root.Path());
+            RunThreadsUntil([&] {
+                return ended ? std::ssize(Rows()) >= std::ssize(plain) / 2
+                             : w.Title().ends_with(" - Finished");
+            });
+            Locate(std::nullopt);
+            const Lines ahead = Rows();
+            EXPECT_EQ(ahead, Lines(plain.begin(), plain.begin() + std::ssize(ahead))) << tree;
+            EXPECT_TRUE(ended || ahead == plain) << tree;
+        });
     }
 }
 

@@ -247,9 +247,8 @@ void ReadAhead::Fold() {
         const auto* rest = std::get_if<Rest>(&piece);
         return rest && rest->folder == stops;
     };
-    const auto end = std::find_if(way_.begin(), way_.end(), is_end);
-    for (auto piece = std::next(way_.begin()); piece != std::next(end); piece = way_.erase(piece))
-        Drop(*piece);
+    const auto end = std::next(std::find_if(way_.begin(), way_.end(), is_end));
+    for (auto piece = std::next(way_.begin()); piece != end; piece = way_.erase(piece)) Drop(*piece);
 }
 
 void ReadAhead::Drop(const Way::value_type& piece) {
