@@ -210,7 +210,7 @@ TEST(InternetHeaders, NumbersTheHeadersOfANameWithoutGaps) {
         const std::string value = std::to_string(step);
         const auto number = static_cast<std::int32_t>(random() % 4);
         const bool found = number < std::ssize(model);
-        const unsigned action = random() % 5;
+        const auto action = random() % 5;
         if (action == 0) {
             headers.SetHeader(name, value);
             model = {value};

@@ -103,6 +103,7 @@ struct SystemInformationTest : testing::Test, TestFileSystem {
         return listed.Path() == memory ? FileSystem::Entries(OpenFolder(folder.Path()))
                                        : FileSystem::Entries(listed);
     }
+    using FileSystem::Write;
     void Write(const std::string& path, const std::string& bytes) {
         elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);
     }
