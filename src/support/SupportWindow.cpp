@@ -1,8 +1,9 @@
 #include "support/SupportWindow.h"
 
+#include <cmath>
+
 #include "BuildSettings.h"
 #include "app/MainWindow.h"
-#include "platform/base/Format.h"
 #include "platform/base/RegEx.h"
 #include "platform/base/Text.h"
 #include "platform/net/Network.h"
@@ -22,8 +23,9 @@ constexpr const char* AddressPattern =
     R"([a-z0-9!#$%&'*+/=?^_`{|}~-]+(?:\.[a-z0-9!#$%&'*+/=?^_`{|}~-]+)*@)"
     R"((?:[a-z0-9](?:[a-z0-9-]*[a-z0-9])?\.)+[a-z0-9](?:[a-z0-9-]*[a-z0-9])?)";
 
+// Rounded to a whole number.
 std::string InMegabytes(double bytes) {
-    return Format(bytes / 1024 / 1024, "0") + " MB";
+    return Str(std::llrint(bytes / 1024 / 1024)) + " MB";
 }
 
 }  // namespace

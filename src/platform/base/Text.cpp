@@ -1,10 +1,10 @@
 #include "platform/base/Text.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
+
+#include <glib.h>
 
 #include "platform/base/Characters.h"
 
@@ -74,8 +74,8 @@ double Val(std::string_view text) {
         if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
         if (!skip_digits()) end = mantissa;
     }
-    static const locale_t plain = newlocale(LC_NUMERIC_MASK, "C", nullptr);
-    return strtod_l(std::string(text.substr(0, end)).c_str(), nullptr, plain);
+    // The library's own would take more than the digits up to here, "0x" and "inf" among it.
+    return g_ascii_strtod(std::string(text.substr(0, end)).c_str(), nullptr);
 }
 
 std::int32_t WholeNumber(double number) {
