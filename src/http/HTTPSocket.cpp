@@ -95,8 +95,9 @@ void HTTPSocket::_DoConnect(std::string url, std::string method, Ref<FolderItem>
 bool HTTPSocket::_SetDownloadFile(Ref<FolderItem> file) {
     _KillDownloadStream();
     if (!file) return true;
-    const bool emptied = !file->Directory() && file->CreateTextFile();
-    _downloadStream = emptied ? file->OpenAsBinaryFile() : nullptr;
+    const auto empty = file->Directory() ? nullptr : file->CreateTextFile();
+    if (empty) empty->Close();
+    _downloadStream = empty ? file->OpenAsBinaryFile() : nullptr;
     if (!_downloadStream) {
         SetError(FileNotWriteable);
         return false;

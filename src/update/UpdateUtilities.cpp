@@ -55,7 +55,7 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
 Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download) {
     const std::string& name = download->Name();
     if (InStr(name, ".tar") == 0) {
-        // The application itself. The server has sent its bytes and not its mode.
+        // The application itself. It has to run, and the server has sent its bytes and not its mode.
         download->SetPermissions(0755);
         return download;
     }
@@ -84,9 +84,11 @@ void UpdateUtilities::DeleteFileOrFolder(const Ref<FolderItem>& item) {
 }
 
 void UpdateUtilities::Cleanup() {
-    const auto folder = TemporaryFolder();
+    const auto folder = ExistingTemporaryFolder();
     const auto old = folder ? folder->Child("o-" + GetExecutableFile()->Name()) : nullptr;
-    if (old && old->Exists()) DeleteFileOrFolder(old);
+    if (!old || !old->Exists()) return;
+    DeleteFileOrFolder(old);
+    folder->Delete();  // which a folder that still holds something is spared
 }
 
 }  // namespace varnith

@@ -30,13 +30,14 @@ class UpdateUtilities {
     static bool SwapFiles(Ref<FolderItem> download);
 
     // Unpacks a tar archive beside itself and deletes it. Returns what it holds, nil if that is nothing; then
-    // the archive stays. A file without ".tar" in its name counts as the application itself.
+    // the archive stays. A file without ".tar" in its name counts as the application itself: it gets the mode
+    // 0755, because it has to run and a server sends no mode.
     static Ref<FolderItem> ExtractArchive(const Ref<FolderItem>& download);
 
     // Deletes a file, or a folder with all that it holds, as far as that can be done. Nil is nothing.
     static void DeleteFileOrFolder(const Ref<FolderItem>& item);
 
-    // Deletes what the last update has left behind.
+    // Deletes what the last update has left behind, and the temporary folder if it is empty then.
     static void Cleanup();
 };
 

@@ -1,5 +1,7 @@
 #include <filesystem>
 
+#include <unistd.h>
+
 #include "app/App.h"
 #include "platform/base/Exceptions.h"
 #include "platform/base/Text.h"
@@ -49,6 +51,7 @@ TEST_F(StartTest, MakesTheDatabaseOnceAndShowsNothingOfIt) {
             EXPECT_EQ(SavedRows(), saved);
             Scan(documents.Path(), true);
         });
+    EXPECT_EQ(TreeOf(home.Path()).count("varnith-" + Str(geteuid())), 0u);
 }
 
 TEST_F(StartTest, RunsWithoutAWordWhereTheDatabaseIsOfNoUse) {

@@ -1,6 +1,17 @@
+#include <functional>
+#include <future>
+#include <tuple>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include "export/ExcelWritterExtension.h"
 #include "export/Exporter.h"
 #include "platform/base/Text.h"
+#include "platform/threads/Scheduler.h"
+#include "platform/threads/Thread.h"
 #include "platform/ui/Application.h"
 #include "support/ProgramTest.h"
 
@@ -81,18 +92,53 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
         EXPECT_THROW(ExcelWritterExtension::saveAsExcelFile(narrow, FolderItem::FromPath(target)),
                      OutOfBoundsException)
             << "every list is written in the form of the window's";
+        EXPECT_TRUE(BytesOf(target).starts_with(during)) << "a save that breaks off leaves the old file";
+        EXPECT_EQ(TreeOf(application.Path()).size(), 3u);
+    });
+}
+
+TEST_F(ExporterTest, WritesIntoAFifoForAsLongAsItIsRead) {
+    struct Script : Thread {
+        std::function<void()> body;
+        void Event_Run() override { body(); }
+    };
+    picked = application / "fifo";
+    ASSERT_EQ(mkfifo(picked->c_str(), 0600), 0);
+    FileHandle reader(open(picked->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    fcntl(reader.Descriptor(), F_SETPIPE_SZ, 4096);
+    std::string all;
+    Start([&] {
+        for (std::int32_t row = 0; row < 1000; ++row) {
+            Main().Listbox1.AddRow("");
+            Main().Listbox1.SetCell(row, 1, std::string(100, 'n'));
+            all += "\t" + Main().Listbox1.Cell(row, 1) + "\t\t\t\t\t\r";
+        }
+        auto read = std::async(std::launch::async, [this] { return BytesOf(*picked); });
+        Save(Excel);
+        EXPECT_TRUE(read.get() == all);
+
+        const auto leave = MakeRef<Script>();
+        leave->body = [&] { reader = {}; };
+        leave->Run();
+        Save(Excel);
+        EXPECT_EQ(Choice(), "0") << "the save ends as ever";
     });
 }
 
 TEST_F(ExporterTest, ClosesBehindASaveAndOtherwiseStays) {
-    const std::pair<std::int32_t, const char*> offers[] = {{Excel, "Excel Spreadsheet (*.xls)|Varnith.xls"},
-                                                           {Text, "Text Export (*.txt)|Varnith.txt"},
-                                                           {Tabs, "Text Export (*.txt)|Varnith.txt"}};
+    const std::tuple<std::int32_t, const char*, const char*> saves[] = {
+        {Excel, "Excel Spreadsheet (*.xls)|Varnith.xls", "\t"},
+        {Text, "Text Export (*.txt)|Varnith.txt", ";"},
+        {Tabs, "Text Export (*.txt)|Varnith.txt", "\t"}};
+    signal(SIGXFSZ, SIG_IGN);  // a file that grows past a limit is a full disk's
+    documents.File("a.tif", TiffBytes(1));
     Start([&] {
+        Scan(documents.Path(), false);
+        Main().Listbox1.ToggleCheck(0);
         EXPECT_EQ(Save(0, ";"), "before");
-        EXPECT_EQ(desktop.dialogs + desktop.beeps, 0);
+        EXPECT_EQ(desktop.dialogs + desktop.beeps, 1) << "that of the scan";
         EXPECT_EQ(Choice(), "0;");
-        for (const auto& [format, offer] : offers) {
+        for (const auto& [format, offer, separator] : saves) {
             application.File("out", "before");
             const std::optional<std::string> no_files[] = {
                 {}, application / "missing/out", application.Path()};
@@ -104,10 +150,18 @@ TEST_F(ExporterTest, ClosesBehindASaveAndOtherwiseStays) {
             }
             EXPECT_EQ(desktop.opened, Lines());
             picked = target;
-            EXPECT_EQ(Save(format), "") << "what was there is replaced";
-            EXPECT_EQ(desktop.opened, Lines({application.Path()}));
-            desktop.opened.clear();
-            EXPECT_EQ(Choice(), "0");
+            const std::string written = std::string("a.tif") + separator + "1" + separator + documents.Path();
+            for (const auto& [room, left] :
+                 {std::pair<rlim_t, std::string>(10, "before"), {RLIM_INFINITY, written}}) {
+                const rlimit disk_size{room, RLIM_INFINITY};
+                setrlimit(RLIMIT_FSIZE, &disk_size);
+                EXPECT_NE(Save(format, ";").find(left), std::string::npos)
+                    << "what was there is replaced as a whole or stays";
+                EXPECT_EQ(TreeOf(application.Path()).size(), 3u) << "and nothing is left beside it";
+                EXPECT_EQ(desktop.opened, Lines({application.Path()}));
+                desktop.opened.clear();
+                EXPECT_EQ(Choice(), "0");
+            }
         }
         EXPECT_TRUE(desktop.messages.empty());
     });

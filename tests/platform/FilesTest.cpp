@@ -27,6 +27,12 @@ class FailingDisk : public TestFileSystem {
         return Ok() && FileSystem::Write(file, bytes);
     }
     bool Sync(const FileHandle& file) const override { return Ok() && FileSystem::Sync(file); }
+    FileHandle MakeFile(const std::string& path, std::uint32_t mode) const override {
+        return Ok() ? FileSystem::MakeFile(path, mode) : FileHandle();
+    }
+    bool Replace(const std::string& from, const std::string& to) const override {
+        return Ok() && FileSystem::Replace(from, to);
+    }
     bool MakeFolder(const std::string& path) const override { return Ok() && FileSystem::MakeFolder(path); }
     bool SetMode(const std::string& path, std::uint32_t mode) const override {
         return Ok() && FileSystem::SetMode(path, mode);
@@ -129,12 +135,65 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
     }
 }
 
+TEST_F(FilesTest, AFileMadeAnewTakesItsPlaceAsAWholeOrNotAtAll) {
+    GiveUpPrivileges();
+    const std::string longest(NAME_MAX, 'n');
+    const std::string odd = "a\nb\xFF";
+    for (const auto& [name, mode] : {std::pair(longest, 0600),
+                                     {"folder/old", 0755},
+                                     {"open/old", 0644},
+                                     {"read only", 0444},
+                                     {"closed/old", 0666}})
+        fs::permissions(folder.File(name, "before"), fs::perms(mode));
+    fs::create_symlink("folder/old", folder / "link");
+    fs::create_symlink(folder / "folder/new", folder / "link to nothing");
+    fs::create_symlink("circle", folder / "circle");
+    fs::permissions(folder / "open", fs::perms::all | fs::perms::sticky_bit);
+    fs::permissions(folder / "closed", fs::perms(0555));
+
+    const std::string text(100'000, 'x');
+    const auto begin = [&](const std::string& name) {
+        const auto stream = Item(folder / name)->CreateTextFile();
+        if (stream) stream->WriteLine(text);
+        return stream;
+    };
+    Tree wanted = TreeOf(folder.Path());
+    const auto is_as_wanted = [&] { return TreeOf(folder.Path()) == wanted; };
+    for (const char* name : {"folder", "missing/new", "read only", "circle", "closed/new"})
+        EXPECT_FALSE(begin(name)) << name;
+    const std::tuple<std::string, std::string, std::string> files[] = {
+        {odd, odd, "644 "},
+        {longest, longest, "600 "},
+        {"link", "folder/old", "755 "},
+        {"link to nothing", "folder/new", "644 "},
+        {"open/old", "open/old", "644 "}};
+    for (const auto& [name, file, mode] : files) {
+        EXPECT_TRUE(begin(name));
+        EXPECT_TRUE(is_as_wanted()) << name << ", dropped before its end";
+        for (int call = 1; is_as_wanted() && call < 10; ++call) {
+            disk.calls_to_failure = call;
+            if (const auto stream = begin(name)) stream->Close();
+        }
+        disk.calls_to_failure = 0;
+        wanted[file] = mode + text + "\n";
+        EXPECT_TRUE(is_as_wanted()) << name;
+    }
+    begin("closed/old")->Close();
+    wanted["closed/old"] = "666 " + text + "\n";
+    EXPECT_TRUE(is_as_wanted()) << "what can't be replaced is written in place";
+    fs::permissions(folder / "closed", fs::perms(0755));
+}
+
 TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {
     const Environment where("TMPDIR", folder.Path());
     const std::string name = "varnith-" + std::to_string(geteuid());
     const std::string place = folder / name;
-    const auto is_taken = [] { return static_cast<bool>(varnith::TemporaryFolder()); };
+    const auto is_taken = [] {
+        return static_cast<bool>(varnith::TemporaryFolder()) && varnith::ExistingTemporaryFolder();
+    };
 
+    EXPECT_FALSE(varnith::ExistingTemporaryFolder());
+    EXPECT_EQ(TreeOf(folder.Path()), Tree()) << "who looks makes none";
     fs::create_directory_symlink(folder.Folder("elsewhere"), place);
     EXPECT_FALSE(is_taken()) << "a link";
     fs::remove(place);

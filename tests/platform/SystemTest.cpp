@@ -3,15 +3,18 @@
 #include <memory>
 #include <set>
 
+#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include "platform/base/Text.h"
 #include "platform/system/ApplicationLaunch.h"
+#include "platform/system/AssignedApplication.h"
 #include "platform/system/Shell.h"
 #include "platform/system/SystemInformationMBS.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
+#include "platform/ui/Application.h"
 #include "support/ProgramTest.h"
 
 namespace varnith::test {
@@ -95,6 +98,52 @@ TEST(ShellTest, GivesWhatACommandWrites) {
         shell.Execute(command);
         EXPECT_TRUE(shell.Result() == result) << command;
     }
+}
+
+TEST(OpenTest, StartsWithTheSignalsOfAShellAndSaysOneLineAtMost) {
+    const Application program;
+    const TemporaryFolder folder;
+    const Environment configuration("XDG_CONFIG_HOME", folder.Path());
+    const Environment data("XDG_DATA_HOME", folder.Path());
+    const Environment no_desktop("XDG_CURRENT_DESKTOP", "");
+    const Environment path("PATH", folder.Path() + ":" + getenv("PATH"));
+    // What opens all writes much, and leaves a note if its pipes may break.
+    const std::string note = folder / "note";
+    const std::string opener =
+        folder.File("xdg-open", "#!/bin/sh\necho output; echo error >&2\ntrap 'echo \"$1\" >" + note +
+                                    "' PIPE\nkill -PIPE $$\n[ \"$1\" != mailto:nobody ] || exit 3\n");
+    fs::permissions(opener, fs::perms::owner_all);
+    folder.File("applications/viewer.desktop",
+                "[Desktop Entry]\nType=Application\nName=Viewer\nExec=" + opener + " %f\n");
+    folder.File("mimeapps.list", "[Default Applications]\nimage/tiff=viewer.desktop\n");
+    const auto opened = [&] {
+        std::string what;
+        RunThreadsUntil([&] {
+            std::ifstream file(note);
+            return static_cast<bool>(std::getline(file, what));
+        });
+        fs::remove(note);
+        return what;
+    };
+
+    const std::string terminal = folder.File("terminal");
+    const FileHandle before(dup(STDERR_FILENO));
+    dup2(FileHandle(open(terminal.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)).Descriptor(), STDERR_FILENO);
+    const std::string document = folder.File("document.tif");
+    OpenInAssignedApplication(document, "");
+    EXPECT_EQ(opened(), document);
+    OpenInBrowser("http://host");
+    EXPECT_EQ(opened(), "http://host");
+    EXPECT_EQ(BytesOf(terminal), "");
+    OpenInAssignedApplication(folder.File("two\nlines.unheard-of", std::string(1, '\0')), "");
+    const std::string line = BytesOf(terminal);
+    EXPECT_TRUE(line.starts_with("Varnith: can't open " + folder / "two?lines.unheard-of: ")) << line;
+    OpenInBrowser("mailto:nobody");
+    EXPECT_EQ(opened(), "mailto:nobody");
+    RunThreadsUntil([&] {
+        return BytesOf(terminal) == line + "Varnith: can't open mailto:nobody: there is no browser\n";
+    });
+    dup2(before.Descriptor(), STDERR_FILENO);
 }
 
 struct SystemInformationTest : testing::Test, TestFileSystem {

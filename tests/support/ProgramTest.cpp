@@ -2,6 +2,10 @@
 
 #include <chrono>
 
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include "app/Start.h"
 #include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
@@ -22,6 +26,12 @@ void RunThreadsUntil(const std::function<bool()>& condition) {
 
 void RunThreads() {
     RunThreadsUntil([] { return !Scheduler::Current().UntilNextTurn(); });
+}
+
+void GiveUpPrivileges() {
+    __user_cap_header_struct process{_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[2]{};
+    syscall(SYS_capset, &process, none);
 }
 
 ProgramTest::ProgramTest() {

@@ -38,6 +38,10 @@ class Environment {
     std::optional<std::string> previous_;
 };
 
+// From now on this process may do nothing that an ordinary user may not, root included, so that a file or
+// folder can be closed to the program.
+void GiveUpPrivileges();
+
 // The whole program without a display, on a system named Testix.
 class ProgramTest : public testing::Test {
   protected:

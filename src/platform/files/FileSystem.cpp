@@ -8,8 +8,10 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
+#include <poll.h>
 #include <stdio.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "platform/files/OpenFolder.h"
@@ -40,7 +42,7 @@ class Place {
     // A step that led nowhere leaves a descriptor that is none, and every call on it fails.
     int Base() const { return stepped_ ? folder_.Descriptor() : base_; }
     const char* Path() const { return path_; }
-    int Open(int flags) const { return openat(Base(), path_, flags | O_CLOEXEC, 0666); }
+    int Open(int flags, mode_t mode = 0666) const { return openat(Base(), path_, flags | O_CLOEXEC, mode); }
 
   private:
     bool StepDown() {
@@ -64,6 +66,25 @@ class Place {
 std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
     if (result != 0) return std::nullopt;
     return FileStatus{KindOf(status.st_mode), status.st_size, status.st_mode & 07777u, status.st_uid};
+}
+
+// Copies the permissions of single users and groups, without which the mode means something else: it shows
+// the most that any of them has. A new file may have got some from its folder.
+void CopyAccessList(int from, int to) {
+    constexpr const char* Name = "system.posix_acl_access";
+    std::array<char, 4096> list;
+    const ssize_t size = fgetxattr(from, Name, list.data(), list.size());
+    if (size > 0)
+        fsetxattr(to, Name, list.data(), static_cast<std::size_t>(size), 0);
+    else
+        fremovexattr(to, Name);
+}
+
+// Whether a FIFO takes more within the time that its reader is given.
+bool TakesMore(const FileHandle& file) {
+    constexpr int Patience = 5'000;  // milliseconds
+    pollfd writable{file.Descriptor(), POLLOUT, 0};
+    return poll(&writable, 1, Patience) > 0;
 }
 
 FileKind KindOfEntry(int folder, const dirent64& entry) {
@@ -193,10 +214,36 @@ FileHandle FileSystem::OpenForWriting(const std::string& path, bool create) cons
     return FileHandle(Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how));
 }
 
+FileHandle FileSystem::MakeFile(const std::string& path, std::uint32_t mode) const {
+    return FileHandle(Place(path).Open(O_WRONLY | O_CREAT | O_EXCL, mode));
+}
+
+void FileSystem::MakeAlike(const FileHandle& file, const FileHandle& model) const {
+    struct stat status;
+    if (fstat(model.Descriptor(), &status) != 0) return;
+    if (fchown(file.Descriptor(), status.st_uid, status.st_gid) != 0 &&
+        fchown(file.Descriptor(), static_cast<uid_t>(-1), status.st_gid) != 0) {
+        // The group is this user's own then, for whom the model's group permissions were not meant.
+        status.st_mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
+    CopyAccessList(model.Descriptor(), file.Descriptor());
+    fchmod(file.Descriptor(), status.st_mode & 07777);
+}
+
+bool FileSystem::MayReplace(const std::string& path) const {
+    const std::string holder = path.substr(0, path.rfind('/') + 1);
+    const Place place(holder);
+    const auto folder = Status(holder);
+    const auto file = EntryStatus(path);
+    if (!folder || !file || faccessat(place.Base(), place.Path(), W_OK | X_OK, AT_EACCESS) != 0) return false;
+    // In a folder for everybody, such as /tmp, each may replace what is their own.
+    return (folder->mode & S_ISVTX) == 0 || folder->owner == geteuid() || file->owner == geteuid();
+}
+
 bool FileSystem::Write(const FileHandle& file, std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = write(file.Descriptor(), bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && (errno == EINTR || (errno == EAGAIN && TakesMore(file)))) continue;
         if (count <= 0) return false;
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -237,6 +284,12 @@ RenameResult FileSystem::Rename(const std::string& from, const std::string& to) 
         result = renameat(source.Base(), source.Path(), target.Base(), target.Path());
     if (result == 0) return RenameResult::Done;
     return errno == EXDEV ? RenameResult::OtherFileSystem : RenameResult::Failed;
+}
+
+bool FileSystem::Replace(const std::string& from, const std::string& to) const {
+    const Place source(from);
+    const Place target(to);
+    return renameat(source.Base(), source.Path(), target.Base(), target.Path()) == 0;
 }
 
 bool FileSystem::Remove(const std::string& path) const {

@@ -91,7 +91,18 @@ class FileSystem {
     // without, it has to be there and keeps what it holds. Empty on failure.
     virtual FileHandle OpenForWriting(const std::string& path, bool create) const;
 
-    // Writes the bytes where the write before it ended. False if they could not all be written.
+    // Makes a file where nothing is yet, with that mode less what the user's mask takes off, and opens it for
+    // writing. Empty on failure.
+    virtual FileHandle MakeFile(const std::string& path, std::uint32_t mode) const;
+
+    // Gives an open file the permissions of another, and its group and owner as far as this user may.
+    virtual void MakeAlike(const FileHandle& file, const FileHandle& model) const;
+
+    // Whether this user may put another file in the place of one: its folder says so, and not the file.
+    virtual bool MayReplace(const std::string& path) const;
+
+    // Writes the bytes where the write before it ended. A reader of a FIFO that has fallen back is given some
+    // seconds to take more. False if they could not all be written.
     virtual bool Write(const FileHandle& file, std::string_view bytes) const;
 
     // Waits until the disk has what was written. False if it could not take all of it: some tell so only now.
@@ -109,6 +120,10 @@ class FileSystem {
 
     // Gives an entry another path, without following a link. It never takes the place of what is there.
     virtual RenameResult Rename(const std::string& from, const std::string& to) const;
+
+    // Gives a file another path on its file system, at once in the place of the file that is there. False if
+    // both are as they were.
+    virtual bool Replace(const std::string& from, const std::string& to) const;
 
     // Removes a file, a link itself or an empty folder. False if it is still there.
     virtual bool Remove(const std::string& path) const;

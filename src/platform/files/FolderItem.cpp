@@ -21,8 +21,7 @@ bool IsEntryName(const std::string& name) {
 }
 
 template <class Stream>
-Ref<Stream> OpenStream(const FolderItem& item, bool create) {
-    FileHandle file = FileSystem::Current().OpenForWriting(item.AbsolutePath(), create);
+Ref<Stream> StreamInto(OutputFile file) {
     return file ? MakeRef<Stream>(std::move(file)) : nullptr;
 }
 
@@ -128,15 +127,15 @@ void FolderItem::Delete() const {
 }
 
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
-    return OpenStream<TextOutputStream>(*this, true);
+    return StreamInto<TextOutputStream>(OutputFile::Anew(AbsolutePath()));
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& /*file_type*/) const {
-    return OpenStream<BinaryStream>(*this, true);
+    return StreamInto<BinaryStream>(OutputFile::Anew(AbsolutePath()));
 }
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile() const {
-    return OpenStream<BinaryStream>(*this, false);
+    return StreamInto<BinaryStream>(OutputFile::Over(AbsolutePath()));
 }
 
 void FolderItem::Launch(bool to_front) const {

@@ -83,8 +83,9 @@ class FolderItem : public RefCounted {
     // Deletes the file, the link itself or the empty folder. What can't be deleted stays.
     void Delete() const;
 
-    // Creates the file, emptying one that exists, and opens it for writing; nil if that can't be done.
-    // The name of a file type has no effect: the program declares none.
+    // Creates the file for writing, in the place of one that exists; nil if that can't be done. The old one
+    // is there until the stream is closed, and for good if not all could be written (OutputFile::Anew). The
+    // name of a file type has no effect: the program declares none.
     Ref<TextOutputStream> CreateTextFile() const;
     Ref<BinaryStream> CreateBinaryFile(const std::string& file_type) const;
 

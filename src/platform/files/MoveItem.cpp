@@ -11,11 +11,6 @@ namespace {
 
 constexpr std::size_t PieceSize = 256 << 10;
 
-// A new name in the same folder. It says nothing of the item's own, which may be as long as names can be.
-std::string NameBeside(const std::string& path) {
-    return path.substr(0, path.rfind('/') + 1) + ".moving-" + std::to_string(std::random_device()());
-}
-
 bool CopyBytes(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();
     const FileHandle source = disk.OpenForReading(from);
@@ -70,6 +65,10 @@ bool CopyIntoPlace(const std::string& from, const std::string& to) {
 }
 
 }  // namespace
+
+std::string NameBeside(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1) + ".moving-" + std::to_string(std::random_device()());
+}
 
 bool MoveItem(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();

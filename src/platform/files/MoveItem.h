@@ -10,6 +10,10 @@ namespace varnith {
 // done; then the source is whole and the target is not there.
 bool MoveItem(const std::string& from, const std::string& to);
 
+// A new name in the same folder, hidden, for what is to take an item's place once it is whole. It says
+// nothing of the item's own name, which may be as long as names can be.
+std::string NameBeside(const std::string& path);
+
 // Removes a file, a link itself, or a folder with all that it holds, as far as that can be done.
 void RemoveItem(const std::string& path);
 

@@ -26,6 +26,11 @@ std::string HomeFolder() {
     return user && user->pw_dir ? user->pw_dir : "/";
 }
 
+std::string TemporaryPath() {
+    const std::string configured = PathFromEnvironment("TMPDIR");
+    return (configured.empty() ? "/tmp" : configured) + "/varnith-" + std::to_string(geteuid());
+}
+
 }  // namespace
 
 Ref<FolderItem> PreferencesFolder() {
@@ -36,11 +41,13 @@ Ref<FolderItem> PreferencesFolder() {
 }
 
 Ref<FolderItem> TemporaryFolder() {
+    FileSystem::Current().MakeFolder(TemporaryPath());
+    return ExistingTemporaryFolder();
+}
+
+Ref<FolderItem> ExistingTemporaryFolder() {
     const FileSystem& disk = FileSystem::Current();
-    const std::string configured = PathFromEnvironment("TMPDIR");
-    const std::string path =
-        (configured.empty() ? "/tmp" : configured) + "/varnith-" + std::to_string(geteuid());
-    disk.MakeFolder(path);
+    const std::string path = TemporaryPath();
     const auto status = disk.EntryStatus(path);
     const bool is_own = status && status->kind == FileKind::Directory && status->owner == geteuid() &&
                         (status->mode & (S_IWGRP | S_IWOTH)) == 0;

@@ -14,7 +14,10 @@ Ref<FolderItem> PreferencesFolder();
 // path, else below /tmp, where everybody may write. It has the same name at every start, and is made with
 // mode 0700 if it is missing. Nil if what is there is a link, belongs to someone else or lets others write:
 // programs are unpacked and run from here, so nobody else may have a say in what it holds. One that others
-// can only read is closed to them.
+// can only read is closed to them. To be asked for when something is put into it, each time anew.
 Ref<FolderItem> TemporaryFolder();
+
+// The same folder for whoever only looks into it: nil, too, if it is missing.
+Ref<FolderItem> ExistingTemporaryFolder();
 
 }  // namespace varnith

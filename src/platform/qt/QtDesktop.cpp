@@ -1,7 +1,6 @@
 #include "platform/qt/QtDesktop.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -39,6 +38,15 @@ class QtTimer : public TimerView {
     QTimer timer_;
 };
 
+QtMessageHandler shown_by_qt = nullptr;
+
+void ShowUnlessNoise(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    // The program keeps no runtime files. Qt looks for a flatpak's at its start, and has no category for
+    // this.
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        shown_by_qt(type, context, text);
+}
+
 // A text that no screen could hold, such as what was pasted into a field, would take minutes to be laid out.
 QString Shortened(const QString& text) {
     constexpr qsizetype Most = 1000;
@@ -46,6 +54,14 @@ QString Shortened(const QString& text) {
 }
 
 }  // namespace
+
+QtDesktop::MessageFilter::MessageFilter() {
+    shown_by_qt = qInstallMessageHandler(ShowUnlessNoise);
+}
+
+QtDesktop::MessageFilter::~MessageFilter() {
+    qInstallMessageHandler(shown_by_qt);
+}
 
 QtDesktop::QtDesktop(int& argc, char** argv)
     : application_(argc, argv),
@@ -159,7 +175,7 @@ void QtDesktop::Beep() {
 }
 
 void QtDesktop::OpenURL(const std::string& url) {
-    QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
+    OpenInBrowser(QUrl(QString::fromStdString(url)).toEncoded().toStdString());
 }
 
 void QtDesktop::BringToFront(std::int64_t process) {

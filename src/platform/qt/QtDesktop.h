@@ -56,6 +56,15 @@ class QtDesktop : public Desktop {
     };
 
   private:
+    // While it lives, Qt's warnings are shown but for one that tells of nothing wrong.
+    class MessageFilter {
+      public:
+        MessageFilter();
+        MessageFilter(const MessageFilter&) = delete;
+        MessageFilter& operator=(const MessageFilter&) = delete;
+        ~MessageFilter();
+    };
+
     // What escapes from an event that the toolkit delivers doesn't go through its frames.
     class GuardedApplication : public QApplication {
       public:
@@ -66,6 +75,7 @@ class QtDesktop : public Desktop {
     void ScheduleTurn();
     bool IsDown(Qt::KeyboardModifier modifier) const;
 
+    MessageFilter messages_;  // made first: Qt warns from its application's constructor on
     GuardedApplication application_;
     FrameClock clock_;
     QTimer turn_timer_;

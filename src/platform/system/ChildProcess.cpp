@@ -54,8 +54,10 @@ pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output,
     return failure == 0 ? process : 0;
 }
 
-void WaitForEnd(pid_t process) {
-    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) continue;
+int WaitForEnd(pid_t process) {
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 bool IsRunning(pid_t process) {

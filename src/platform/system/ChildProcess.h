@@ -16,8 +16,9 @@ namespace varnith {
 pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output = {},
                    const FileHandle& errors = {});
 
-// Waits for the end of a process that was started so. REQUIRES: it has not been seen to end.
-void WaitForEnd(pid_t process);
+// Waits for the end of a process that was started so, and returns its exit status, -1 if a signal has ended
+// it. REQUIRES: it has not been seen to end.
+int WaitForEnd(pid_t process);
 
 // Whether it still runs. REQUIRES: it has not been seen to end, since then its number may be another's.
 bool IsRunning(pid_t process);

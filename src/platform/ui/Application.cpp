@@ -6,6 +6,8 @@
 #include <typeinfo>
 #include <utility>
 
+#include <signal.h>
+
 #include "platform/base/Guard.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Desktop.h"
@@ -19,6 +21,8 @@ Application* current = nullptr;
 
 Application::Application() {
     current = this;
+    // The reader of a FIFO that is written may go away: the write fails then, which is no reason to end.
+    signal(SIGPIPE, SIG_IGN);
     SetUnhandledExceptionHandler([this](const std::exception& error) { Handle(error); });
 }
 
