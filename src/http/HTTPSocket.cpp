@@ -65,6 +65,7 @@ Ref<InternetHeaders> HTTPSocket::GetHeaders(const std::string& url, std::int32_t
 
 void HTTPSocket::Start(const std::string& url, const std::string& method, const Ref<FolderItem>& file) {
     synchronous = false;
+    _authenticationKey.clear();
     _DoConnect(url, method, file);
 }
 
@@ -72,6 +73,7 @@ void HTTPSocket::StartAndWait(const std::string& url, const std::string& method,
                               std::int32_t timeout) {
     synchronous = true;
     timeoutSeconds = timeout;
+    _authenticationKey.clear();
     _DoConnect(url, method, file);
     WaitForPage();
 }

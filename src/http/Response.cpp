@@ -139,12 +139,14 @@ bool HTTPSocket::_SetAuthentication() {
     std::string name;
     std::string password;
     bool again = false;
+    const std::string asker = _processingURL;
     if (AuthenticationRequired && !IsLetGo()) {
         const auto handler = AuthenticationRequired;
         Guarded([&] { again = handler(_pageHeaders, name, password); });
     }
-    // In one line, however long they are: a line break would end the header in its middle.
-    if (again) _authenticationKey = "Basic " + EncodeBase64(name + ":" + password);
+    // Not for whom the handler has meanwhile started another request to. In one line, however long they are:
+    // a line break would end the header in its middle.
+    if (again && _processingURL == asker) _authenticationKey = "Basic " + EncodeBase64(name + ":" + password);
     return again;
 }
 

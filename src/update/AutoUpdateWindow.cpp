@@ -70,11 +70,19 @@ void AutoUpdateWindow::Init(const std::string& url) {
 
 void AutoUpdateWindow::ActionBtn_Action() {
     const std::string name = NthField(downloadURL, "/", CountFields(downloadURL, "/"));
-    Downloader->Get(downloadURL, TemporaryFolder()->Child(name));
+    const auto folder = TemporaryFolder();
+    const auto file = folder ? folder->Child(name) : nullptr;
+    if (file) {
+        is_whole_ = false;
+        Downloader->Get(downloadURL, file);
+    } else if (!downloadURL.empty()) {
+        ReportFailure();
+    }
 }
 
 void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
                                                   const std::string& /*data*/) {
+    is_whole_ = received >= total;
     // A server that names no length leaves the bar empty.
     ProgressBar1.SetValue(total == 0 ? 0 : WholeNumber(static_cast<double>(received) / total * 100));
 }
@@ -82,8 +90,14 @@ void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::in
 void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, std::int32_t /*status*/,
                                                    const Ref<InternetHeaders>& /*headers*/,
                                                    const Ref<FolderItem>& file) {
+    // The client takes the break of a connection for the end of the page, a broken archive for an
+    // application.
+    if (!is_whole_) return;
     // Whatever the status says: what came is an archive that can be unpacked, or it isn't.
-    if (UpdateUtilities::SwapFiles(file)) return;
+    if (!UpdateUtilities::SwapFiles(file)) ReportFailure();
+}
+
+void AutoUpdateWindow::ReportFailure() {
     Beep();
     MsgBox("Error installing updated application.");
 }

@@ -13,8 +13,9 @@
 
 namespace varnith {
 
-// The offer of a newer version. Its one button downloads and installs it; pressed again, it starts anew. The
-// window can't be closed: once it is open, the way on is the update, or to quit the program.
+// The offer of a newer version. Its one button downloads and installs it; pressed again, it starts anew. A
+// download that breaks off is not installed: the bar stops without a word. The window can't be closed: once
+// it is open, the way on is the update, or to quit the program.
 class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
   public:
     AutoUpdateWindow();
@@ -40,6 +41,10 @@ class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
     void Layout();
     void CreateControls();
     void CreateDownloader();
+    static void ReportFailure();
+
+    // Whether the download has come as far as the server has announced, if it has announced anything.
+    bool is_whole_ = false;
 };
 
 }  // namespace varnith

@@ -1,4 +1,5 @@
 #include <random>
+#include <utility>
 
 #include "http/support/HTTPTest.h"
 
@@ -165,6 +166,19 @@ TEST_F(HTTPTest, DownloadsIntoAFileAndTriesAgainWithCredentials) {
     Answer(refusal);
     EXPECT_EQ(events, (Lines{"Connected", "PageReceived " + server.At("/p") + " 401 " + block + " "}))
         << "a retry that finds no server ends as a page";
+
+    // What was meant for one server never goes to another.
+    server = RawServer();
+    client->Get(server.At("/a"));
+    EXPECT_EQ(TakeRequest(), PlainRequest("/a", server.At("")));
+    RawServer first = std::exchange(server, RawServer());
+    client->AuthenticationRequired = [&](const auto&, auto& name, const auto&) {
+        client->Get(server.At("/a"));
+        name = "meanwhile";
+        return true;
+    };
+    first.Send(refusal);
+    EXPECT_EQ(TakeRequest(), PlainRequest("/a", server.At("")));
 
     events.clear();
     client->Get(server.At("/"), FolderItem::FromPath(folder / "missing/target"));

@@ -46,10 +46,10 @@ TEST(RegEx, FindsTheFirstMatchWhateverTheCaseOrGivesUp) {
         {"^.$", "ä", "ä"},
         {"b", "\xFF b", "b"},
         {"a.c", std::string("a\0c", 3), std::string("a\0c", 3)},
-        // Searches that would take hours; but a text that somebody could have typed is searched to its end.
+        // Searches that would take hours; but a long run is passed over in one go.
         {"(a+)+$", std::string(40, 'a') + "b", no_text},
         {"[ab]+c", std::string(1'000'000, 'a') + "dc", no_text},
-        {"[ab]+c", std::string(5'000, 'a') + " bc", "bc"},
+        {"[ab]+c", std::string(1'000'000, 'a') + " bc", "bc"},
     };
     for (const auto& [pattern, text, expected] : cases) {
         RegEx search;

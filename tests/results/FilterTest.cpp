@@ -2,7 +2,12 @@
 #include <filesystem>
 #include <set>
 
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "platform/base/Text.h"
+#include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
 #include "results/Item.h"
 #include "support/ProgramTest.h"
@@ -123,6 +128,92 @@ TEST_F(FilterTest, HarmsNoScanAtWhateverMoment) {
             EXPECT_TRUE(Main().Title().ends_with(" - Finished"));
         }
     });
+}
+
+TEST_F(FilterTest, WaitsForWhoHasTheFileForAMoment) {
+    for (int i = 0; i < 20; ++i) documents.File(std::to_string(i) + ".tif");
+    Start([&] {
+        Database other;
+        other.SetDatabaseFile(FolderItem::FromPath(application / "varnth"));
+        ASSERT_TRUE(other.Connect());
+        const auto turns = [](int count) {
+            for (int turn = 0; turn < count; ++turn) Scheduler::Current().Turn();
+        };
+        Main().CheckBox4.SetValue(true);
+        // The turns that the save has before another program reads: it stands at its delete, or at its end.
+        // And whether it is ended there by another press.
+        for (const auto& [before, again] : {std::pair(0, false), {10, false}, {0, true}, {10, true}}) {
+            other.SQLExecute("insert into preferences values ('of an earlier scan', '', '', '')");
+            Main().PopupMenu1.DeleteAllRows();
+            Locate(documents.Path());
+            RunThreadsUntil([] { return Main().PopupMenu1.Rows().size() == 2; });
+            turns(before);
+            other.SQLExecute("begin transaction");
+            other.SQLSelect("select * from preferences");
+            turns(30);
+            EXPECT_FALSE(Main().Title().ends_with("Finished"));
+            if (again) Locate(documents.Path());
+            other.Commit();
+            RunThreads();
+            EXPECT_EQ(SavedRows(), Rows());
+            EXPECT_EQ(Rows().size(), 20u);
+        }
+        other.SQLExecute("begin exclusive transaction");
+        const auto end_of_the_lock = MakeRef<Beside>([&] {
+            for (int turn = 0; turn < 20; ++turn) Yield();
+            other.Commit();
+        });
+        Main().Listbox1.DeleteAllRows();
+        PickType("All");
+        EXPECT_EQ(Rows().size(), 20u);
+
+        const Lines saved = SavedRows();
+        other.SQLExecute("begin exclusive transaction");
+        Scan(documents.Folder("empty"), true);
+        other.Commit();
+        EXPECT_EQ(SavedRows(), saved) << "who waits too long loses";
+        // So does another program's save that this one's overtakes.
+        other.SQLExecute("delete from preferences where rowid>0");
+        Scan(documents.Path(), true);
+        for (const char* statement :
+             {"begin transaction", "insert into preferences values ('', '', '', '')", "end transaction"})
+            other.SQLExecute(statement);
+        other.Commit();
+        EXPECT_EQ(SavedRows(), saved);
+        EXPECT_TRUE(desktop.messages.empty());
+    });
+}
+
+TEST_F(FilterTest, KeepsTheRowsOfOneOfTwoProgramsThatSaveAtOnce) {
+    constexpr int Rows = 5;
+    Lines saved_by[2];
+    for (const std::string folder : {"0", "1"})
+        for (int i = 0; i < Rows; ++i) {
+            const std::string name = std::to_string(i) + ".tif";
+            documents.File(folder + "/" + name);
+            saved_by[std::stoi(folder)].push_back(name + "|0|" + folder + "|tif");
+        }
+    int ends[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    const pid_t child = fork();
+    const int self = child == 0;
+    const auto meet_the_other = [&] {
+        char byte = 0;
+        EXPECT_EQ(write(ends[self], &byte, 1) + read(ends[self], &byte, 1), 2);
+    };
+    Start([&] {
+        for (int round = 0; round < 100; ++round) {
+            meet_the_other();
+            Scan(documents / std::to_string(self), true);
+            meet_the_other();
+            const Lines saved = SavedRows();
+            EXPECT_TRUE(saved == saved_by[0] || saved == saved_by[1]) << testing::PrintToString(saved);
+        }
+    });
+    if (child == 0) _exit(HasFailure());
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
 }
 
 }  // namespace varnith::test

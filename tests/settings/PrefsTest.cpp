@@ -49,7 +49,7 @@ TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
     expect_value("kept");
 }
 
-TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
+TEST_F(PrefsTest, WaitsForALockedFileAndLeavesItToWhoKeepsIt) {
     Start([] {});
     Prefs::SetValue("name", false, "old");
     Database other;
@@ -57,9 +57,9 @@ TEST_F(PrefsTest, LeavesALockedFileToWhoHasIt) {
     ASSERT_TRUE(other.Connect());
 
     other.SQLExecute("begin exclusive transaction");
-    EXPECT_THROW(Prefs::Value("name", false, "default"), NilObjectException);
     EXPECT_THROW(Prefs::SetValue("name", false, "lost"), NilObjectException);
-    other.SQLExecute("rollback");
+    const auto end_of_the_lock = MakeRef<Beside>([&] { other.SQLExecute("rollback"); });
+    EXPECT_EQ(Prefs::Value("name", false, "default"), "old");
 
     other.SQLExecute("begin transaction");
     other.SQLSelect("select * from preferences");

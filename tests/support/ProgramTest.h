@@ -3,12 +3,14 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include "app/MainWindow.h"
+#include "platform/threads/Thread.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDesktop.h"
 #include "support/TestFileSystem.h"
@@ -21,6 +23,13 @@ using Lines = std::vector<std::string>;
 // one, all have ended. Fails the test when it takes too long.
 void RunThreadsUntil(const std::function<bool()>& condition);
 void RunThreads();
+
+// A thread of the program whose body is the test's.
+struct Beside : Thread {
+    explicit Beside(std::function<void()> work) : body(std::move(work)) { Run(); }
+    void Event_Run() override { body(); }
+    const std::function<void()> body;
+};
 
 // A variable of the environment that has a value of the test's own for as long as this lives.
 class Environment {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "settings/Prefs.h"
 #include "update/UpdateChecker.h"
 #include "update/UpdateTest.h"
@@ -80,8 +82,9 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
                 Offer()->MessageDisplay.Text() + "|" + Offer()->DetailDisplay.Text(),
                 "Update Available!|There is a newer version of available for download.  Press the Update "
                 "button to begin.");
-            Offer()->ActionBtn.Press();  // which comes to nothing
+            Offer()->ActionBtn.Press();
         });
+        EXPECT_EQ(std::exchange(desktop.messages, {}).size(), offered == url_of_nobody ? 1u : 0u);
     }
 
     Date later;

@@ -58,6 +58,11 @@ class InstallTest : public UpdateTest {
         EXPECT_EQ(desktop.messages, Lines());
     }
 
+    void ExpectFailure() {
+        EXPECT_EQ(std::exchange(desktop.messages, {}), Lines{"Error installing updated application."});
+        EXPECT_EQ(std::exchange(desktop.beeps, 0), 1);
+    }
+
     // The names in a folder. Behind that of a folder stands "=old" or "=new" if it is the bundle, byte for
     // byte and with its permissions, else "=other". What the program keeps beside itself is left out.
     std::string Holds(const std::string& path) const {
@@ -104,19 +109,25 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
         const std::string outside = Holds(home.Path());
         for (const std::string& commands : cases) {
             SCOPED_TRACE(commands);
-            // Each breaks off half way.
             const std::string bytes = Archive(commands);
-            const std::string page = Page(bytes + bytes);
-            Serve({page.substr(0, page.size() - bytes.size())});
+            Serve({Page(bytes)});
             Offer()->ActionBtn.Press();
             PumpUntil([&] { return desktop.quit_status || !desktop.messages.empty(); });
-            EXPECT_EQ(std::exchange(desktop.messages, {}), Lines{"Error installing updated application."});
-            EXPECT_EQ(std::exchange(desktop.beeps, 0), 1);
-            EXPECT_EQ(Offer()->ProgressBar1.Value(), 50);
+            ExpectFailure();
+            EXPECT_EQ(Offer()->ProgressBar1.Value(), 100);
             EXPECT_EQ(Holds(application.Path()), "Varnith.app=old");
             EXPECT_EQ(BytesOf(temporary + "/a.tar.gz"), bytes);
             EXPECT_EQ(Holds(home.Path()), outside);
         }
+        for (const auto& [place, file] : {std::pair("/nowhere", "a.tar.gz"), {home.Path().c_str(), ""}}) {
+            const Environment temporary_folder("TMPDIR", place);
+            Offer()->Init("http://" + MakersServer().At("/new/") + file);
+            Offer()->ActionBtn.Press();
+            ExpectFailure();
+        }
+        Offer()->Init("");
+        Offer()->ActionBtn.Press();
+        EXPECT_EQ(desktop.messages, Lines());
 
         EXPECT_FALSE(UpdateUtilities::SwapFiles(FolderItem::FromPath(application / "missing")));
         const auto beside = FolderItem::FromPath(application.File("b.tar", "no archive"));
@@ -125,6 +136,35 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
     });
     Run("rm -r $T/*");
     Update(Pack);
+    EXPECT_EQ(Left(), "Varnith.app=new | o-Varnith.app=old | started");
+}
+
+TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
+    const std::string page = Page(Archive(Pack));
+    Serve({Newer("a.tar.gz")});
+    Start([&] {
+        PumpUntil([] { return static_cast<bool>(Offer()); });
+        Serve({Page("<p>", "404 Not Found")});
+        Offer()->ActionBtn.Press();
+        PumpUntil([&] { return !desktop.messages.empty(); });
+        ExpectFailure();
+        // An archive, and what counts as the application itself.
+        for (const std::string name : {"Varnith", "a.tar.gz"}) {
+            Offer()->Init("http://" + MakersServer().At("/new/" + name));
+            for (std::size_t place = 0; place < page.size(); ++place) {
+                Serve({page.substr(0, place)}, place % 3 == 0);
+                Offer()->ActionBtn.Press();
+                PumpUntil([&] { return HasServed() && !Offer()->Downloader->IsConnected(); });
+                ASSERT_EQ(Holds(application.Path()), "Varnith.app=old") << name << " at " << place;
+            }
+            EXPECT_GT(Offer()->ProgressBar1.Value(), 90);
+        }
+        EXPECT_EQ(desktop.messages, Lines());
+        Run("rm $T/Varnith");
+        Serve({page});
+        Offer()->ActionBtn.Press();
+        PumpUntil([&] { return desktop.quit_status == 0; });
+    });
     EXPECT_EQ(Left(), "Varnith.app=new | o-Varnith.app=old | started");
 }
 

@@ -26,13 +26,14 @@ class UpdateTest : public ProgramTest {
         });
     }
 
-    // Answers so many requests, one after the other, each with a page, head and all.
-    void Serve(const Lines& pages) {
-        served_ = std::async(std::launch::async, [pages] {
+    // Answers so many requests, one after the other, each with a page, head and all, or what there is of it
+    // before the connection is reset.
+    void Serve(const Lines& pages, bool resets = false) {
+        served_ = std::async(std::launch::async, [pages, resets] {
             for (const std::string& page : pages) {
                 MakersServer().TakeRequest();
                 MakersServer().Send(page);
-                MakersServer().Close();
+                resets ? MakersServer().Reset() : MakersServer().Close();
             }
         });
     }

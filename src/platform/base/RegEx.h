@@ -26,10 +26,10 @@ class RegEx : public RefCounted {
   public:
     std::string SearchPattern;
 
-    // The first match, nil if there is none. A search that takes up too much time or memory is given up and
-    // finds nothing: a text made for that would keep the program busy for hours. Texts of a few thousand
-    // characters are always searched to their end by a pattern without nested repetition.
-    // Raises RegExSearchPatternException if the pattern is none.
+    // The first match, nil if there is none. A search that takes too many steps from one place is given up
+    // and finds nothing: a text made for that would keep the program busy for hours. A long run of letters
+    // and the like is no such text. Where the system lets no program make code to run, a long text is not
+    // searched. Raises RegExSearchPatternException if the pattern is none.
     Ref<RegExMatch> Search(const std::string& text) const;
 };
 

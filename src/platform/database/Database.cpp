@@ -1,9 +1,13 @@
 #include "platform/database/Database.h"
 
 #include <algorithm>
+#include <chrono>
 #include <string_view>
 
 #include <sqlite3.h>
+
+#include "platform/net/Waiting.h"
+#include "platform/threads/Scheduler.h"
 
 namespace varnith {
 
@@ -18,6 +22,19 @@ std::string Quoted(const std::string& name) {
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
     return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+}
+
+// Tries until nobody has the file locked, for 2 s at most. SQLite's own wait would hold up the program's
+// threads, and none of them could be ended from within SQLite.
+int Patiently(const std::function<int()>& attempt) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    int result = attempt();
+    while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < limit) {
+        WaitBriefly(-1, false);
+        Yield();
+        result = attempt();
+    }
+    return result;
 }
 
 }  // namespace
@@ -56,20 +73,50 @@ bool Database::Open(int flags) {
     const int looked = sqlite3_exec(handle, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
     if (looked != SQLITE_OK && looked != SQLITE_BUSY) return false;
     handle_ = std::move(opened_handle);
+    is_lost_ = false;
     return true;
 }
 
+bool Database::IsInTransaction() const {
+    return sqlite3_get_autocommit(handle_.get()) == 0;
+}
+
+// The version of the file that the handle knows. A statement that takes its lock looks it up anew; this call
+// does not, so what another program changes after a statement never counts as seen.
+std::uint32_t Database::Version() const {
+    std::uint32_t version = 0;
+    sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    return version;
+}
+
+void Database::Write(const std::function<int()>& statement) {
+    if (!handle_ || is_lost_) return;
+    const bool has_begun = IsInTransaction();
+    is_lost_ = Patiently(statement) == SQLITE_BUSY;
+    if (!has_begun) seen_version_ = Version();
+    if (!IsInTransaction()) return;
+    is_lost_ = is_lost_ || Version() != seen_version_;
+    // At once, so that what is lost keeps nobody from the file.
+    if (is_lost_) sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr);
+}
+
 void Database::SQLExecute(const std::string& statement) {
-    if (handle_) sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr);
+    Write([&] { return sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr); });
 }
 
 Ref<RecordSet> Database::SQLSelect(const std::string& statement) {
     if (!handle_) return nullptr;
+    Ref<RecordSet> records;
+    Patiently([&] { return Select(statement, records); });
+    return records;
+}
+
+int Database::Select(const std::string& statement, Ref<RecordSet>& found) {
     sqlite3_stmt* prepared = nullptr;
-    sqlite3_prepare_v2(handle_.get(), statement.c_str(), -1, &prepared, nullptr);
+    const int result = sqlite3_prepare_v2(handle_.get(), statement.c_str(), -1, &prepared, nullptr);
     const std::unique_ptr<sqlite3_stmt, Closer> select(prepared);
     const int columns = sqlite3_column_count(prepared);
-    if (columns == 0) return nullptr;
+    if (columns == 0) return result;
 
     auto records = MakeRef<RecordSet>();
     for (int i = 0; i < columns; ++i) records->AddColumn(sqlite3_column_name(prepared, i));
@@ -78,21 +125,26 @@ Ref<RecordSet> Database::SQLSelect(const std::string& statement) {
         records->AddRow();
         for (int i = 0; i < columns; ++i) records->AddField(ColumnText(prepared, i));
     }
-    if (step != SQLITE_DONE) return nullptr;
+    if (step != SQLITE_DONE) return step;
     records->MoveFirst();
-    return records;
+    found = std::move(records);
+    return step;
 }
 
 void Database::InsertRecord(const std::string& table, const DatabaseRecord& record) {
-    if (!handle_) return;
-    if (!IsPreparedFor(table, record)) PrepareInsert(table, record);
-    if (!insert_) return;
+    Write([&] { return Insert(table, record); });
+}
+
+int Database::Insert(const std::string& table, const DatabaseRecord& record) {
+    const int prepared = IsPreparedFor(table, record) ? SQLITE_OK : PrepareInsert(table, record);
+    if (!insert_) return prepared;
     int place = 0;
     for (const auto& [name, value] : record.Columns())
         sqlite3_bind_text64(insert_.get(), ++place, value.data(), value.size(), SQLITE_STATIC, SQLITE_UTF8);
-    sqlite3_step(insert_.get());
+    const int step = sqlite3_step(insert_.get());
     sqlite3_reset(insert_.get());
     sqlite3_clear_bindings(insert_.get());
+    return step;
 }
 
 bool Database::IsPreparedFor(const std::string& table, const DatabaseRecord& record) const {
@@ -102,7 +154,7 @@ bool Database::IsPreparedFor(const std::string& table, const DatabaseRecord& rec
                       [](const std::string& name, const auto& column) { return name == column.first; });
 }
 
-void Database::PrepareInsert(const std::string& table, const DatabaseRecord& record) {
+int Database::PrepareInsert(const std::string& table, const DatabaseRecord& record) {
     insert_table_ = table;
     insert_columns_.clear();
     std::string names;
@@ -114,13 +166,15 @@ void Database::PrepareInsert(const std::string& table, const DatabaseRecord& rec
     }
     const std::string text = "insert into " + Quoted(table) + " (" + names + ") values (" + values + ")";
     sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(handle_.get(), text.c_str(), -1, &statement, nullptr);
+    const int result = sqlite3_prepare_v2(handle_.get(), text.c_str(), -1, &statement, nullptr);
     insert_.reset(statement);
+    return result;
 }
 
 void Database::Commit() {
     for (const char* statement : {"commit", "rollback"})
-        if (handle_ && !sqlite3_get_autocommit(handle_.get())) SQLExecute(statement);
+        if (handle_ && IsInTransaction()) SQLExecute(statement);
+    is_lost_ = false;
 }
 
 }  // namespace varnith

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -26,6 +28,11 @@ class DatabaseRecord {
 
 // A handle of a SQLite file. It is bound to a file, then connected; dropping it closes the file and rolls
 // back what was not committed. Statements report nothing: one that fails has no effect.
+//
+// A statement that finds the file locked waits up to 2 s for it, while the program's threads run on. A
+// transaction rests on what the handle has seen of the file before it: if another handle has changed the file
+// since, or if one of its statements has waited in vain, nothing of it is written. So programs that first
+// clear a table and then fill it in a transaction don't mix their rows.
 // Text between double quotes is a text value where no column has that name (https://sqlite.org/quirks.html,
 // section 8), however the library was built.
 class Database {
@@ -44,7 +51,8 @@ class Database {
     // Creates the file, empty, and connects. False if it can't be made.
     bool CreateDatabaseFile();
 
-    // Runs one statement. Outside of a transaction it is committed at once.
+    // Runs one statement. Outside of a transaction it is committed at once. One that changes the file and has
+    // waited in vain takes with it all that follows up to the next Commit.
     void SQLExecute(const std::string& statement);
 
     // Runs a select and returns all of its rows; nil if it fails.
@@ -59,8 +67,14 @@ class Database {
 
   private:
     bool Open(int flags);
+    bool IsInTransaction() const;
+    std::uint32_t Version() const;
+    // Each of these three runs a statement, whose result as SQLite gives it they take or return.
+    void Write(const std::function<int()>& statement);
+    int Select(const std::string& statement, Ref<RecordSet>& found);
+    int Insert(const std::string& table, const DatabaseRecord& record);
     bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;
-    void PrepareInsert(const std::string& table, const DatabaseRecord& record);
+    int PrepareInsert(const std::string& table, const DatabaseRecord& record);
 
     struct Closer {
         void operator()(sqlite3* handle) const;
@@ -72,6 +86,8 @@ class Database {
     std::unique_ptr<sqlite3_stmt, Closer> insert_;  // declared behind the handle, so it goes first
     std::string insert_table_;
     std::vector<std::string> insert_columns_;
+    std::uint32_t seen_version_ = 0;
+    bool is_lost_ = false;
 };
 
 }  // namespace varnith
