@@ -96,4 +96,41 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
     });
 }
 
+TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
+    Work([&] {
+        PopupMenu& filter = Main().PopupMenu1;
+        auto& popup = *frame->findChild<QComboBox*>();
+        const auto fill = [&](const Lines& entries) {
+            filter.DeleteAllRows();
+            for (const std::string& entry : entries) filter.AddRow(entry);
+            Main().SetTitle(Main().Title() + ".");
+        };
+        const auto wait_for_frame = [&] {
+            WaitFor([&] { return frame->windowTitle().toStdString() == Main().Title(); });
+        };
+        // What a scan fills the filter with while it shows "All" and "tif", its list open or not, and what
+        // the user's pick of "tif" comes to.
+        for (const auto& [entries, picked] :
+             {std::pair(Lines{"All", "TIF", "tif"}, "tif"), {{"tif", "All"}, "tif"}, {{"All", "tiff"}, ""}}) {
+            for (const bool open : {false, true}) {
+                SCOPED_TRACE(entries.back() + (open ? " open" : ""));
+                fill({"All", "tif"});
+                wait_for_frame();
+                QWheelEvent wheel({5, 5}, popup.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                                  Qt::NoScrollPhase, false);
+                QApplication::sendEvent(&popup, &wheel);
+                EXPECT_EQ(filter.Text(), "") << "a wheel is no pick";
+                if (open) popup.showPopup();
+                fill(entries);
+                if (open) wait_for_frame();
+                QTest::keyClick(open ? popup.view() : static_cast<QWidget*>(&popup), Qt::Key_End);
+                if (open) QTest::keyClick(popup.view(), Qt::Key_Return);
+                EXPECT_EQ(filter.Text(), picked);
+                WaitFor([&] { return popup.itemText(popup.count() - 1).toStdString() == entries.back(); });
+                EXPECT_EQ(popup.currentText(), picked);
+            }
+        }
+    });
+}
+
 }  // namespace varnith::test
