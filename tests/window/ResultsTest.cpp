@@ -95,7 +95,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
             });
         };
         with_menu_at(table.visualRect(table.currentIndex()).center(), [](QMenu& menu) {
-            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[3]).center());
+            Click(menu.mapToGlobal(menu.actionGeometry(menu.actions()[3]).center()));
         });
         QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
         QApplication::sendEvent(&table, &key);
