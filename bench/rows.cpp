@@ -89,7 +89,7 @@ void Compare(const char* name, int runs, const std::function<void()>& work,
 
 void Export(std::int32_t format, const char* separator) {
     Exporter& window = *Exporter::Instance();
-    window.PopupMenu1.Pick(format);
+    window.PopupMenu1.Pick(window.PopupMenu1.Rows().at(static_cast<std::size_t>(format)));
     window.EditField1.SetText(separator);
     window.PushButton1.Press();
 }
@@ -117,7 +117,7 @@ class BenchDesktop : public Desktop {
         std::vector<BareRow> bare;
         std::printf("%-20s %8s %8s %8s\n", "", "seconds", "bare", "ratio");
         Compare(
-            "filter by \"All\"", runs_, [&] { window.PopupMenu1.Pick(0); },
+            "filter by \"All\"", runs_, [&] { window.PopupMenu1.Pick("All"); },
             [&] { SelectBare(database_, bare); });
         Compare(
             "invert the ticks", runs_, [&] { window.ContextualMenu1_Action("Invert Selection"); },

@@ -35,7 +35,7 @@ class ExporterTest : public ProgramTest {
     std::string Save(std::int32_t format, const std::string& separator = "") {
         Application::Current().Choose(Main().FileExport());
         Exporter& window = *Exporter::Instance();
-        window.PopupMenu1.Pick(format);
+        window.PopupMenu1.Pick(window.PopupMenu1.Rows().at(static_cast<std::size_t>(format)));
         window.EditField1.SetText(separator);
         window.PushButton1.Press();
         return BytesOf(target);
@@ -73,7 +73,7 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
             EXPECT_EQ(Save(Text, separator), lines(separator));
         EXPECT_EQ(Save(Tabs, ";"), lines("\t"));
 
-        Main().PopupMenu1.Pick(2);  // the type tiff; what a pick shows is unticked
+        Main().PopupMenu1.Pick("tiff");  // what a pick shows is unticked
         EXPECT_EQ(Save(Tabs), "");
         EXPECT_EQ(Save(Excel), last);
 

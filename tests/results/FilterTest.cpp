@@ -17,8 +17,7 @@ namespace varnith::test {
 using FilterTest = ProgramTest;
 
 void PickType(const std::string& entry) {
-    PopupMenu& popup = MainWindow::Instance()->PopupMenu1;
-    popup.Pick(static_cast<std::int32_t>(std::ranges::find(popup.Rows(), entry) - popup.Rows().begin()));
+    MainWindow::Instance()->PopupMenu1.Pick(entry);
 }
 
 TEST_F(FilterTest, OffersTheTypesThatTheScanHasFound) {

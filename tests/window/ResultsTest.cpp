@@ -8,7 +8,7 @@ using ResultsTest = WindowTest;
 TEST_F(ResultsTest, AnswersMouseAndKeys) {
     documents.File("<b>" + std::string(200, 'w') + ".tif", TiffBytes(12));
     for (int i = 1; i <= 60; ++i) documents.File("a" + std::to_string(i) + ".tif", TiffBytes(2));
-    for (const char* name : {"b9.tif", "b10.tif", "c.tif"}) documents.File(name, TiffBytes(1));
+    for (const char* name : {"b 10.tif", "b9.tif", "c.tif"}) documents.File(name, TiffBytes(1));
     Work([&] {
         Listbox& list = Main().Listbox1;
         QTableView& table = Table();
@@ -28,11 +28,26 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         EXPECT_EQ(press(Qt::Key_Left), 3);
         EXPECT_GT(press(Qt::Key_PageDown), 10);
         EXPECT_EQ(press(Qt::Key_End), 63);
-        EXPECT_EQ(press(Qt::Key_B), 61);
+        const int interval = QApplication::keyboardInputInterval();
+        QApplication::setKeyboardInputInterval(1);
+        const auto press_alone = [&](Qt::Key key) {
+            QElapsedTimer pause;
+            pause.start();
+            WaitFor([&] { return pause.hasExpired(1); });
+            return press(key);
+        };
+        EXPECT_EQ(press_alone(Qt::Key_B), 61);
         for (const bool ticked : {true, false}) {
-            press(Qt::Key_Space);
+            press_alone(Qt::Key_Space);
             EXPECT_EQ(list.CellCheck(61, 0), ticked);
         }
+        EXPECT_EQ(press_alone(Qt::Key_B), 62);
+        QApplication::setKeyboardInputInterval(60'000);
+        EXPECT_EQ(press(Qt::Key_Space), 61);
+        EXPECT_EQ(Ticks(), std::string(64, '-'));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Space}) press(key);
+        EXPECT_EQ(Ticks(), std::string(62, '-') + "x-");
+        QApplication::setKeyboardInputInterval(interval);
         EXPECT_EQ(press(Qt::Key_Home), 0);
 
         // What is cut off shows as a tip, and nothing else does.
@@ -61,11 +76,12 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         QTableView& table = Table();
         Scan(documents.Path(), false);
         WaitFor([&] { return table.model()->rowCount() == 3; });
-        // Below the rows there is nothing to open, and on the check box each click ticks.
+        // Below the rows there is nothing to open, and on the check box each click ticks besides.
         for (const QPoint& place :
              {Centre(1, 1), Centre(2, 1) + QPoint(0, 100), QPoint(10, Centre(0, 0).y()), Centre(2, 4)})
-            QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, place);
-        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "2.tif"}));
+            Click(table.viewport()->mapToGlobal(place), 2);
+        WaitFor([&] { return desktop.opened.size() == 3; });
+        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "0.tif", documents / "2.tif"}));
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_EQ(Ticks(), "---");
 
@@ -79,7 +95,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
             });
         };
         with_menu_at(table.visualRect(table.currentIndex()).center(), [](QMenu& menu) {
-            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[3]).center());
+            Click(menu.mapToGlobal(menu.actionGeometry(menu.actions()[3]).center()));
         });
         QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
         QApplication::sendEvent(&table, &key);
@@ -93,6 +109,43 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         });
         QTest::mousePress(table.viewport(), Qt::RightButton, {}, Centre(1, 3));
         EXPECT_EQ(desktop.quit_status, 0);
+    });
+}
+
+TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
+    Work([&] {
+        PopupMenu& filter = Main().PopupMenu1;
+        auto& popup = *frame->findChild<QComboBox*>();
+        const auto fill = [&](const Lines& entries) {
+            filter.DeleteAllRows();
+            for (const std::string& entry : entries) filter.AddRow(entry);
+            Main().SetTitle(Main().Title() + ".");
+        };
+        const auto wait_for_frame = [&] {
+            WaitFor([&] { return frame->windowTitle().toStdString() == Main().Title(); });
+        };
+        // What a scan fills the filter with while it shows "All" and "tif", its list open or not, and what
+        // the user's pick of "tif" comes to.
+        for (const auto& [entries, picked] :
+             {std::pair(Lines{"All", "TIF", "tif"}, "tif"), {{"tif", "All"}, "tif"}, {{"All", "tiff"}, ""}}) {
+            for (const bool open : {false, true}) {
+                SCOPED_TRACE(entries.back() + (open ? " open" : ""));
+                fill({"All", "tif"});
+                wait_for_frame();
+                QWheelEvent wheel({5, 5}, popup.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                                  Qt::NoScrollPhase, false);
+                QApplication::sendEvent(&popup, &wheel);
+                EXPECT_EQ(filter.Text(), "") << "a wheel is no pick";
+                if (open) popup.showPopup();
+                fill(entries);
+                if (open) wait_for_frame();
+                QTest::keyClick(open ? popup.view() : static_cast<QWidget*>(&popup), Qt::Key_End);
+                if (open) QTest::keyClick(popup.view(), Qt::Key_Return);
+                EXPECT_EQ(filter.Text(), picked);
+                WaitFor([&] { return popup.itemText(popup.count() - 1).toStdString() == entries.back(); });
+                EXPECT_EQ(popup.currentText(), picked);
+            }
+        }
     });
 }
 

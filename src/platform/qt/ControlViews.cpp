@@ -1,11 +1,9 @@
 #include "platform/qt/ControlViews.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -14,13 +12,13 @@
 #include "platform/qt/Decode.h"
 #include "platform/qt/LabelWidget.h"
 #include "platform/qt/ListboxView.h"
+#include "platform/qt/PopupMenuView.h"
 #include "platform/qt/ProgressBarView.h"
 #include "platform/qt/TextAreaView.h"
 #include "platform/qt/TextColours.h"
 #include "platform/ui/CheckBox.h"
 #include "platform/ui/EditField.h"
 #include "platform/ui/Listbox.h"
-#include "platform/ui/PopupMenu.h"
 #include "platform/ui/PushButton.h"
 #include "platform/ui/StaticText.h"
 
@@ -118,32 +116,6 @@ class PushButtonView : public ControlView {
     QPushButton& widget_;
 };
 
-class PopupMenuView : public ControlView {
-  public:
-    PopupMenuView(PopupMenu& menu, QComboBox& box, FrameClock& clock)
-        : ControlView(menu, box, clock), menu_(menu), box_(box) {
-        QObject::connect(&box, &QComboBox::activated, Connections(),
-                         [&menu](int index) { menu.Pick(index); });
-        Update();
-    }
-
-    void Update() override {
-        ControlView::Update();
-        const QSignalBlocker by_program(box_);
-        if (shown_ != menu_.Rows()) {
-            shown_ = menu_.Rows();
-            box_.clear();
-            for (const std::string& row : shown_) box_.addItem(Decoded(row));
-        }
-        box_.setCurrentIndex(menu_.ListIndex());
-    }
-
-  private:
-    PopupMenu& menu_;
-    QComboBox& box_;
-    std::vector<std::string> shown_;
-};
-
 // Makes the view if the control is of that class.
 template <class ViewClass, class WidgetClass, class ControlClass>
 std::unique_ptr<ControlView> MakeIf(ControlClass* control, QWidget& parent, FrameClock& clock) {
@@ -181,7 +153,7 @@ std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameCl
         return view;
     if (auto view = MakeIf<PushButtonView, QPushButton>(dynamic_cast<PushButton*>(&control), parent, clock))
         return view;
-    if (auto view = MakeIf<PopupMenuView, QComboBox>(dynamic_cast<PopupMenu*>(&control), parent, clock))
+    if (auto view = MakeIf<PopupMenuView, PopupMenuWidget>(dynamic_cast<PopupMenu*>(&control), parent, clock))
         return view;
     if (auto view =
             MakeIf<ProgressBarView, QProgressBar>(dynamic_cast<ProgressBar*>(&control), parent, clock))

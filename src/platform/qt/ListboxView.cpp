@@ -1,15 +1,18 @@
 #include "platform/qt/ListboxView.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolTip>
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "platform/qt/ContextMenu.h"
 
@@ -41,6 +44,8 @@ ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
+    horizontalHeader()->viewport()->installEventFilter(this);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, &ListboxWidget::HoldWidth);
 }
 
 void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
@@ -55,14 +60,27 @@ void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
     ShareRest();
 }
 
-// The sharing columns take up what is left over or give what is missing, alike, so widths that the user has
-// given them stay apart by as much.
-void ListboxWidget::ShareRest() {
-    auto sharers = static_cast<int>(sharing_columns_.size());
+// While the user drags a column's edge, only what lies to the right of it gives way: the edge stays under the
+// mouse. The columns to the left take their share when the user lets go.
+void ListboxWidget::HoldWidth(int column) {
+    if (sharing_) return;
+    std::erase(sharing_columns_, column);
+    ShareRest(column);
+}
+
+bool ListboxWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == horizontalHeader()->viewport() && event->type() == QEvent::MouseButtonRelease) ShareRest();
+    return QTableView::eventFilter(watched, event);
+}
+
+// The sharing columns from that one on take up what is left over or give what is missing, alike.
+void ListboxWidget::ShareRest(int first_column) {
+    const QScopedValueRollback by_program(sharing_, true);
+    const auto first = std::ranges::lower_bound(sharing_columns_, first_column);
     int rest = viewport()->width() - horizontalHeader()->length();
-    for (const int column : sharing_columns_) {
-        const int share = rest / sharers--;
-        setColumnWidth(column, std::max(LeastColumnWidth, columnWidth(column) + share));
+    for (auto sharer = first; sharer != sharing_columns_.end(); ++sharer) {
+        const int share = rest / static_cast<int>(sharing_columns_.end() - sharer);
+        setColumnWidth(*sharer, std::max(LeastColumnWidth, columnWidth(*sharer) + share));
         rest -= share;
     }
 }
@@ -82,13 +100,23 @@ void ListboxWidget::focusInEvent(QFocusEvent* event) {
 }
 
 void ListboxWidget::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier)
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !IsSearching())
         on_space(currentIndex().row());
     else
         QTableView::keyPressEvent(event);
 }
 
+void ListboxWidget::keyboardSearch(const QString& search) {
+    since_search_.start();
+    QTableView::keyboardSearch(search);
+}
+
+bool ListboxWidget::IsSearching() const {
+    return since_search_.isValid() && since_search_.elapsed() <= QApplication::keyboardInputInterval();
+}
+
 void ListboxWidget::mousePressEvent(QMouseEvent* event) {
+    clicked_twice_ = event->type() == QEvent::MouseButtonDblClick && event->button() == Qt::LeftButton;
     // A menu lets the program run, which may close the window.
     const QPointer<ListboxWidget> self(this);
     const QPoint place = event->position().toPoint();
@@ -99,10 +127,14 @@ void ListboxWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void ListboxWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QPointer<ListboxWidget> self(this);
     mousePressEvent(event);
-    if (!self || event->button() != Qt::LeftButton || IsOnCheckBox(event->position().toPoint())) return;
-    on_double_click();
+}
+
+// A tick turns when the button is let go. Opening comes after that, or a message box would take the event and
+// leave the second of two ticks out.
+void ListboxWidget::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    if (std::exchange(clicked_twice_, false)) on_double_click();
 }
 
 // The key for the context menu is a press on the highlighted row. That of the mouse has been delivered before
@@ -119,17 +151,8 @@ bool ListboxWidget::DeliverPress(const QPoint& place, bool contextual) {
     return on_press(viewport()->mapToParent(place));
 }
 
-bool ListboxWidget::IsOnCheckBox(const QPoint& place) const {
-    const QModelIndex index = indexAt(place);
-    if (!index.flags().testFlag(Qt::ItemIsUserCheckable)) return false;
-    QStyleOptionViewItem cell;
-    initViewItemOption(&cell);
-    cell.rect = visualRect(index);
-    cell.features |= QStyleOptionViewItem::HasCheckIndicator;
-    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, this).contains(place);
-}
-
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    since_search_.invalidate();
     if (action == MoveHome) return model()->index(0, SearchColumn);
     if (action == MoveEnd) return model()->index(model()->rowCount() - 1, SearchColumn);
     if (action == MoveLeft || action == MoveRight) {

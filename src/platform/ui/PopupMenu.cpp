@@ -1,5 +1,7 @@
 #include "platform/ui/PopupMenu.h"
 
+#include <algorithm>
+
 namespace varnith {
 
 void PopupMenu::AddRow(const std::string& text) {
@@ -21,10 +23,12 @@ void PopupMenu::SetListIndex(std::int32_t index) {
     Set(list_index_, IsEntry(index) ? index : -1);
 }
 
-void PopupMenu::Pick(std::int32_t index) {
-    if (!IsEntry(index)) return;
-    list_index_ = index;
+void PopupMenu::Pick(const std::string& entry) {
+    // The view shows a choice that may not come about.
     MarkChanged();
+    const auto found = std::find(rows_.begin(), rows_.end(), entry);
+    if (found == rows_.end()) return;
+    list_index_ = static_cast<std::int32_t>(found - rows_.begin());
     Fire(Change);
 }
 

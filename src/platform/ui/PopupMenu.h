@@ -27,9 +27,9 @@ class PopupMenu : public Control {
     // The chosen entry; empty while none is chosen.
     std::string Text() const;
 
-    // The user picks the entry at a place. A place that does not exist, as of an entry that has gone
-    // meanwhile, picks nothing.
-    void Pick(std::int32_t index);
+    // The user picks an entry, by its text as it was shown: of some that read alike the first. One that has
+    // gone meanwhile picks nothing.
+    void Pick(const std::string& entry);
 
   private:
     bool IsEntry(std::int32_t index) const {
