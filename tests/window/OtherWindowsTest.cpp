@@ -21,10 +21,30 @@ std::string Entries(const QMenuBar& bar) {
     return entries.toStdString();
 }
 
+// In each control, and around it, there is room for its text.
+void ExpectRoomForTexts(const QMainWindow& window) {
+    for (const auto* control : window.centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        const auto* label = qobject_cast<const QLabel*>(control);
+        const auto* button = qobject_cast<const QPushButton*>(control);
+        const QString text = label ? label->text() : button ? button->text() : QString();
+        if (!label && control->focusPolicy() == Qt::NoFocus) continue;
+        EXPECT_LE(control->fontMetrics().height(), control->height()) << text.toStdString();
+        EXPECT_LE(control->fontMetrics().horizontalAdvance(text), control->width()) << text.toStdString();
+    }
+}
+
 TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
+    // A desktop of large letters, above all in headings.
+    QApplication::setFont(QFont("DejaVu Sans", 20));
+    QApplication::setFont(QFont("DejaVu Sans", 30), "QHeaderView");
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
         desktop.quit_status.reset();
         Work([&] {
+            EXPECT_EQ(Table().horizontalHeader()->fontMetrics().height(), Table().fontMetrics().height());
+            EXPECT_LT(Table().rowHeight(0), 24);
+            Main().StaticText2.SetText("1234567890 file(s)");
+            WaitFor([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
+            ExpectRoomForTexts(*frame);
             for (const Ref<MenuItem>& entry :
                  {Main().FileExport(), Main().HelpSupport(), Ref<MenuItem>(Main().HelpAbout())}) {
                 SCOPED_TRACE(entry->Text);
@@ -34,12 +54,11 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 EXPECT_EQ(Entries(*frame->menuBar()),
                           "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
                 EXPECT_EQ(window.minimumSize(), window.maximumSize());
+                ExpectRoomForTexts(window);
                 const QSize around = window.screen()->size() - window.size();
                 EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
                 EXPECT_EQ(window.grab().toImage().pixelColor(5, 5) == QColor(Qt::white),
                           entry == Main().FileExport());
-                for (const auto* label : window.findChildren<QLabel*>())
-                    EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &window);
                 EXPECT_EQ(window.focusWidget(), window.findChild<QLineEdit*>());
