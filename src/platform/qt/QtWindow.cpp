@@ -40,11 +40,15 @@ QtWindow::QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock)
       desktop_(desktop),
       clock_(clock),
       frame_(new QMainWindow),
-      contents_(new QWidget(frame_)) {
+      contents_(new QWidget(frame_)),
+      focus_ring_(new QFocusFrame(contents_)) {
     BuildFrame();
     BuildControls();
     PlaceOnScreen();
     Update();
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
+        focus_ring_->setWidget(contents_->isAncestorOf(now) ? now : nullptr);
+    });
     frame_->show();
     frame_->windowHandle()->installEventFilter(this);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFocusFrame>
 #include <QMainWindow>
 #include <memory>
 #include <vector>
@@ -44,6 +45,7 @@ class QtWindow : public QObject, public View, public WindowView {
     QWidget* contents_;
     std::unique_ptr<MenuBarView> menus_;
     std::vector<std::unique_ptr<ControlView>> views_;
+    QFocusFrame* focus_ring_;
     std::int32_t refreshes_ = 0;
 };
 
