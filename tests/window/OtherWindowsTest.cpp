@@ -21,6 +21,16 @@ std::string Entries(const QMenuBar& bar) {
     return entries.toStdString();
 }
 
+// The buttons that a window asks its frame to have: 8 to minimise, 16 to maximise, 32 to close it.
+int Buttons(const QWidget& window) {
+    QProcess xprop;
+    xprop.start("xprop", {"-notype", "-id", QString::number(window.winId()), "_MOTIF_WM_HINTS"});
+    xprop.waitForFinished();
+    const QStringList numbers = QString(xprop.readAll()).section('=', 1).remove(' ').split(',');
+    const bool asks = numbers[0].toInt(nullptr, 16) & 1;
+    return asks ? numbers.value(1).toInt(nullptr, 16) & 56 : -1;
+}
+
 // In each control, and around it, there is room for its text.
 void ExpectRoomForTexts(const QMainWindow& window) {
     for (const auto* control : window.centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
@@ -40,6 +50,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
         desktop.quit_status.reset();
         Work([&] {
+            EXPECT_EQ(Buttons(*frame), 8 + 16 + 32);
             EXPECT_EQ(Table().horizontalHeader()->fontMetrics().height(), Table().fontMetrics().height());
             EXPECT_LT(Table().rowHeight(0), 24);
             Main().StaticText2.SetText("1234567890 file(s)");
@@ -54,6 +65,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 EXPECT_EQ(Entries(*frame->menuBar()),
                           "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
                 EXPECT_EQ(window.minimumSize(), window.maximumSize());
+                EXPECT_EQ(Buttons(window), 32);
                 ExpectRoomForTexts(window);
                 const QSize around = window.screen()->size() - window.size();
                 EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
@@ -150,6 +162,7 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
         EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
         EXPECT_EQ(QApplication::activeModalWidget(), &offer);
+        EXPECT_EQ(Buttons(offer), 0);
 
         offer.close();
         for (const char* keys : {"ctrl+w", "Escape", "alt+F4", "Return"}) Press(keys);

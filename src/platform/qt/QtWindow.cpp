@@ -70,6 +70,8 @@ void QtWindow::BuildFrame() {
         menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
     else if (Application::Current().MenuBar())
         MenuBarView::AddShortcuts(*Application::Current().MenuBar(), *frame_);
+    // Without this a window with none of the buttons would ask for the window manager's own choice of them.
+    frame_->setWindowFlag(Qt::CustomizeWindowHint);
     frame_->setWindowFlag(Qt::WindowTitleHint);
     frame_->setWindowFlag(Qt::WindowSystemMenuHint);
     frame_->setWindowFlag(Qt::WindowMaximizeButtonHint, style.MaximizeButton);
