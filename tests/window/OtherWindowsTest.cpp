@@ -174,6 +174,28 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
     });
 }
 
+TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
+    Work([&] {
+        for (const auto& [size, scrolls] : {std::pair(900, false), {1'000'000, true}}) {
+            const std::string text = std::string(static_cast<std::size_t>(size), 'x') + "\n<b> end";
+            QElapsedTimer time;
+            time.start();
+            QTimer::singleShot(0, frame, [&] {
+                WaitFor([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
+                EXPECT_LT(time.elapsed(), 5'000);
+                const QWidget& box = *QApplication::activeModalWidget();
+                EXPECT_LE(box.width(), box.screen()->size().width());
+                const auto* area = box.findChild<QPlainTextEdit*>();
+                EXPECT_EQ(area != nullptr, scrolls);
+                const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+                EXPECT_EQ(area ? area->toPlainText() : label->text(), QString::fromStdString(text));
+                Press("Return");
+            });
+            screen.QtDesktop::ShowMessage(text);
+        }
+    });
+}
+
 TEST_F(OtherWindowsTest, ThoseOfAnotherProgramAreBroughtToTheFront) {
     Work([&] {
         QProcess other;

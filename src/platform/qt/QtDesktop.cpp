@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QScreen>
 #include <QUrl>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
+#include "platform/qt/MessageBox.h"
 #include "platform/qt/OtherWindows.h"
 #include "platform/qt/PictureRendering.h"
 #include "platform/qt/QtWindow.h"
@@ -38,12 +38,6 @@ class QtTimer : public TimerView {
   private:
     QTimer timer_;
 };
-
-// A text that no screen could hold, such as what was pasted into a field, would take minutes to be laid out.
-QString Shortened(const QString& text) {
-    constexpr qsizetype Most = 1000;
-    return text.size() <= Most ? text : text.first(Most / 2) + QStringLiteral(" … ") + text.last(Most / 2);
-}
 
 }  // namespace
 
@@ -147,11 +141,7 @@ void QtDesktop::OpenDocument(const std::string& path, bool to_front) {
 }
 
 void QtDesktop::ShowMessage(const std::string& text) {
-    QMessageBox box(QApplication::activeWindow());
-    box.setWindowTitle(QApplication::applicationName());
-    box.setTextFormat(Qt::PlainText);
-    box.setText(Shortened(QString::fromStdString(text)));
-    box.exec();
+    ShowMessageBox(text);
 }
 
 void QtDesktop::Beep() {
