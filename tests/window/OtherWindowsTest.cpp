@@ -189,9 +189,11 @@ TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
                 EXPECT_EQ(area != nullptr, scrolls);
                 const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
                 EXPECT_EQ(area ? area->toPlainText() : label->text(), QString::fromStdString(text));
+                Press("ctrl+q");
                 Press("Return");
             });
             screen.QtDesktop::ShowMessage(text);
+            EXPECT_EQ(desktop.quit_status, 0);
         }
     });
 }

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "platform/qt/Decode.h"
+#include "platform/qt/MenuBarView.h"
 
 namespace varnith {
 
@@ -31,6 +32,7 @@ void ShowScrolling(const QString& text) {
     column->addWidget(shown);
     column->addWidget(buttons);
     box.resize(480, 320);
+    MenuBarView::AddShortcuts(box);
     box.exec();
 }
 
@@ -43,6 +45,7 @@ void ShowMessageBox(const std::string& text) {
     box.setWindowTitle(QApplication::applicationName());
     box.setTextFormat(Qt::PlainText);
     box.setText(decoded);
+    MenuBarView::AddShortcuts(box);
     box.exec();
 }
 

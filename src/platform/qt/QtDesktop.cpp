@@ -13,6 +13,7 @@
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
+#include "platform/qt/MenuBarView.h"
 #include "platform/qt/MessageBox.h"
 #include "platform/qt/OtherWindows.h"
 #include "platform/qt/PictureRendering.h"
@@ -117,11 +118,13 @@ Desktop::Size QtDesktop::ScreenSize(int screen) const {
 }
 
 std::optional<std::string> QtDesktop::ChooseFolder() {
-    const QString folder =
-        QFileDialog::getExistingDirectory(QApplication::activeWindow(), QString(), last_folder_);
-    if (folder.isEmpty()) return std::nullopt;
-    last_folder_ = folder;
-    return QFile::encodeName(folder).toStdString();
+    QFileDialog dialog(QApplication::activeWindow(), QString(), last_folder_);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    MenuBarView::AddShortcuts(dialog);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    last_folder_ = dialog.selectedFiles().constFirst();
+    return QFile::encodeName(last_folder_).toStdString();
 }
 
 std::optional<std::string> QtDesktop::ChooseFileToWrite(const std::string& filter, const std::string& name) {

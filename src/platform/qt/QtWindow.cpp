@@ -68,8 +68,8 @@ void QtWindow::BuildFrame() {
     frame_->setCentralWidget(contents_);
     if (window_.MenuBar())
         menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
-    else if (Application::Current().MenuBar())
-        MenuBarView::AddShortcuts(*Application::Current().MenuBar(), *frame_);
+    else
+        MenuBarView::AddShortcuts(*frame_);
     // Without this a window with none of the buttons would ask for the window manager's own choice of them.
     frame_->setWindowFlag(Qt::CustomizeWindowHint);
     frame_->setWindowFlag(Qt::WindowTitleHint);
