@@ -54,6 +54,7 @@ QtWindow::QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock)
 }
 
 QtWindow::~QtWindow() {
+    shield_.reset();
     views_.clear();
     menus_.reset();
     if (frame_->windowHandle()) frame_->windowHandle()->removeEventFilter(this);
@@ -81,10 +82,8 @@ void QtWindow::BuildFrame() {
         contents_->setMinimumSize(style.MinWidth, style.MinHeight);
         contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
     }
-    if (style.Frame == Window::FrameKind::MovableModal) {
-        frame_->setWindowFlag(Qt::Dialog);
-        frame_->setWindowModality(Qt::ApplicationModal);
-    }
+    // To Qt it is not modal: that would close off the other windows' menus and close boxes too.
+    if (window_.IsModal()) frame_->setWindowFlag(Qt::Dialog);
     if (style.WhiteBackground) {
         QPalette colours = contents_->palette();
         colours.setColor(QPalette::Window, Qt::white);
@@ -131,14 +130,18 @@ void QtWindow::PlaceOnScreen() {
     }
     frame_->move(first_screen.topLeft() + QPoint(window_.Left(), window_.Top()));
     frame_->winId();  // makes the window's handle
-    if (window_.GetStyle().Frame == Window::FrameKind::MovableModal && parent)
-        frame_->windowHandle()->setTransientParent(parent->windowHandle());
+    if (window_.IsModal() && parent) frame_->windowHandle()->setTransientParent(parent->windowHandle());
 }
 
 void QtWindow::BringToFront() {
     frame_->show();
     frame_->raise();
     frame_->activateWindow();
+}
+
+void QtWindow::SetBlocked(bool blocked) {
+    if (blocked == (shield_ != nullptr)) return;
+    shield_ = blocked ? std::make_unique<Shield>(*contents_) : nullptr;
 }
 
 void QtWindow::Update() {
@@ -156,17 +159,43 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
         if (window_.GetStyle().CloseButton) window_.Close();
         return true;
     }
-    if (watched == frame_ && event->type() == QEvent::WindowActivate) {
-        Application::Current().SetFrontWindow(window_);
-        if (menus_) menus_->UpdateEnabled();
-    }
+    if (watched == frame_ && event->type() == QEvent::WindowActivate) Activated();
     if (watched == contents_ && event->type() == QEvent::Resize) {
         window_.SetSize(contents_->width(), contents_->height());
         clock_.Flush();
     }
-    if (watched == frame_->windowHandle() && event->type() == QEvent::KeyPress)
-        return DeliverKeyPress(*static_cast<QKeyEvent*>(event));
-    return false;
+    const bool is_press = event->type() == QEvent::KeyPress;
+    if (watched != frame_->windowHandle() || !(is_press || event->type() == QEvent::KeyRelease)) return false;
+    auto& key = *static_cast<QKeyEvent*>(event);
+    if (KeyGoesToModal()) return PassKeyOn(key);
+    return is_press && DeliverKeyPress(key);
+}
+
+void QtWindow::Activated() {
+    Application::Current().SetFrontWindow(window_);
+    if (menus_) menus_->UpdateEnabled();
+    // The window manager may know of no tie between the two. The keyboard stays here for the menus' sake.
+    if (const QtWindow* modal = ModalInFront()) modal->frame_->raise();
+}
+
+QtWindow* QtWindow::ModalInFront() const {
+    const Ref<Window> front = Application::Current().FrontWindow();
+    return shield_ && front ? dynamic_cast<QtWindow*>(front->View()) : nullptr;
+}
+
+// All keys but those that work a menu.
+bool QtWindow::KeyGoesToModal() const {
+    const bool in_menu_bar = menus_ && frame_->focusWidget() == frame_->menuBar();
+    return shield_ && !in_menu_bar && !QApplication::activePopupWidget();
+}
+
+bool QtWindow::PassKeyOn(QKeyEvent& event) {
+    QtWindow* modal = ModalInFront();
+    if (!modal) return true;
+    // Not for a modifier alone: a key for the menus may follow.
+    if (event.type() == QEvent::KeyPress && !event.text().isEmpty()) modal->BringToFront();
+    QCoreApplication::sendEvent(modal->frame_->windowHandle(), &event);
+    return true;
 }
 
 bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
