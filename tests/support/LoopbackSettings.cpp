@@ -13,7 +13,8 @@ static std::string FromEnvironment(const char* name, const std::string& otherwis
 const int BuildSettings::MajorVersion = 1;
 const int BuildSettings::MinorVersion = 2;
 const int BuildSettings::BugVersion = 3;
-const std::string BuildSettings::UpdateServer = "127.0.0.1:1";  // where nobody listens
+const std::string BuildSettings::UpdateServer =
+    FromEnvironment("TEST_UPDATE_SERVER", "127.0.0.1:1");  // otherwise where nobody listens
 const std::string BuildSettings::WebServer = FromEnvironment("TEST_WEB_SERVER", "www.varnith.example");
 const std::string BuildSettings::ReachabilityHost =
     FromEnvironment("TEST_REACHABILITY_HOST", std::string(300, 'x'));

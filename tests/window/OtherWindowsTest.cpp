@@ -21,10 +21,42 @@ std::string Entries(const QMenuBar& bar) {
     return entries.toStdString();
 }
 
+// The buttons that a window asks its frame to have: 8 to minimise, 16 to maximise, 32 to close it.
+int Buttons(const QWidget& window) {
+    QProcess xprop;
+    xprop.start("xprop", {"-notype", "-id", QString::number(window.winId()), "_MOTIF_WM_HINTS"});
+    xprop.waitForFinished();
+    const QStringList numbers = QString(xprop.readAll()).section('=', 1).remove(' ').split(',');
+    const bool asks = numbers[0].toInt(nullptr, 16) & 1;
+    return asks ? numbers.value(1).toInt(nullptr, 16) & 56 : -1;
+}
+
+// In each control, and around it, there is room for its text.
+void ExpectRoomForTexts(const QMainWindow& window) {
+    for (const auto* control : window.centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        const auto* label = qobject_cast<const QLabel*>(control);
+        const auto* button = qobject_cast<const QPushButton*>(control);
+        const QString text = label ? label->text() : button ? button->text() : QString();
+        if (!label && control->focusPolicy() == Qt::NoFocus) continue;
+        EXPECT_LE(control->fontMetrics().height(), control->height()) << text.toStdString();
+        EXPECT_LE(control->fontMetrics().horizontalAdvance(text), control->width()) << text.toStdString();
+    }
+}
+
 TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
+    // A desktop of large letters, above all in headings.
+    QApplication::setFont(QFont("DejaVu Sans", 20));
+    QApplication::setFont(QFont("DejaVu Sans", 30), "QHeaderView");
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
         desktop.quit_status.reset();
         Work([&] {
+            EXPECT_EQ(Buttons(*frame), 8 + 16 + 32);
+            EXPECT_EQ(Table().horizontalHeader()->fontMetrics().height(), Table().fontMetrics().height());
+            EXPECT_LT(Table().rowHeight(0), 24);
+            Main().StaticText2.SetText("1234567890 file(s)");
+            WaitFor([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
+            ExpectRoomForTexts(*frame);
+            frame->findChild<QComboBox*>()->setFocus();
             for (const Ref<MenuItem>& entry :
                  {Main().FileExport(), Main().HelpSupport(), Ref<MenuItem>(Main().HelpAbout())}) {
                 SCOPED_TRACE(entry->Text);
@@ -34,12 +66,12 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 EXPECT_EQ(Entries(*frame->menuBar()),
                           "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
                 EXPECT_EQ(window.minimumSize(), window.maximumSize());
+                EXPECT_EQ(Buttons(window), 32);
+                ExpectRoomForTexts(window);
                 const QSize around = window.screen()->size() - window.size();
                 EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
                 EXPECT_EQ(window.grab().toImage().pixelColor(5, 5) == QColor(Qt::white),
                           entry == Main().FileExport());
-                for (const auto* label : window.findChildren<QLabel*>())
-                    EXPECT_LE(label->sizeHint().width(), label->width()) << label->text().toStdString();
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &window);
                 EXPECT_EQ(window.focusWidget(), window.findChild<QLineEdit*>());
@@ -49,6 +81,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 Press(keys);
                 WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
                 EXPECT_EQ(desktop.quit_status, std::nullopt);
+                WaitFor([&] { return QApplication::focusWidget() == frame->findChild<QComboBox*>(); });
             }
             Press(keys);
             WaitFor([&] { return desktop.quit_status == 0; });
@@ -120,8 +153,9 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
     });
 }
 
-TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
+TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
     Work([&] {
+        QMainWindow& support = Opened(Main().HelpSupport());
         const auto window = AutoUpdateWindow::Instance();
         // Nobody can be at this address.
         window->Init("http://127.0.0.1:70000/New.tar.gz");
@@ -130,15 +164,61 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferAnswersReturnAndCannotBeClosed) {
         WaitFor([&] { return details.text().contains("newer version of available"); });
         EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
-        EXPECT_EQ(QApplication::activeModalWidget(), &offer);
+        EXPECT_EQ(Buttons(offer), 0);
 
         offer.close();
-        for (const char* keys : {"ctrl+w", "Escape", "alt+F4", "Return"}) Press(keys);
+        for (const char* keys : {"ctrl+w", "Escape", "alt+F4"}) Press(keys);
+        // What is done to another window shows where the user's answer is wanted.
+        for (QMainWindow* other : {&support, frame}) {
+            SCOPED_TRACE(other->windowTitle().toStdString());
+            const auto activate = [&] {
+                Do({"windowactivate", QString::number(other->winId())});
+                WaitFor([&] { return other->isActiveWindow(); });
+            };
+            activate();
+            EXPECT_EQ(Entries(*frame->menuBar()),
+                      "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
+            QTest::mouseClick(other->windowHandle(), Qt::LeftButton, {}, {18, other->height() - 15});
+            WaitFor([&] { return offer.isActiveWindow(); });
+            activate();
+            for (const char* keys : {"w", "ctrl+w"}) Press(keys);
+            WaitFor([&] { return offer.isActiveWindow(); });
+        }
+        EXPECT_FALSE(Main().CheckBox4.Value());
+        EXPECT_EQ(SupportWindow::Instance()->EditField1.Text(), "");
+        EXPECT_EQ(window->Downloader->ErrorCode(), 0);
+        frame->activateWindow();
+        WaitFor([&] { return frame->isActiveWindow(); });
+        Press("Return");
         WaitFor([&] { return window->Downloader->ErrorCode() != 0; });
-        EXPECT_TRUE(offer.isVisible());
+        EXPECT_TRUE(offer.isVisible() && support.isVisible());
         EXPECT_FALSE(desktop.quit_status);
-        Press("ctrl+q");
-        WaitFor([&] { return desktop.quit_status == 0; });
+        frame->close();
+        EXPECT_EQ(desktop.quit_status, 0);
+    });
+}
+
+TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
+    Work([&] {
+        for (const auto& [size, scrolls] : {std::pair(900, false), {1'000'000, true}}) {
+            const std::string text = std::string(static_cast<std::size_t>(size), 'x') + "\n<b> end";
+            QElapsedTimer time;
+            time.start();
+            QTimer::singleShot(0, frame, [&] {
+                WaitFor([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
+                EXPECT_LT(time.elapsed(), 5'000);
+                const QWidget& box = *QApplication::activeModalWidget();
+                EXPECT_LE(box.width(), box.screen()->size().width());
+                const auto* area = box.findChild<QPlainTextEdit*>();
+                EXPECT_EQ(area != nullptr, scrolls);
+                const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+                EXPECT_EQ(area ? area->toPlainText() : label->text(), QString::fromStdString(text));
+                Press("ctrl+q");
+                Press("Return");
+            });
+            screen.QtDesktop::ShowMessage(text);
+            EXPECT_EQ(desktop.quit_status, 0);
+        }
     });
 }
 

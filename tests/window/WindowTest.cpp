@@ -74,7 +74,8 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
         expect_columns({30, name - 100, 65, path + 80 - bar, 75});
 
         resize(frame->size() + QSize(200, 60), {974, 730});
-        const auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+        auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+        widgets.removeIf([](const QWidget* widget) { return qobject_cast<const QFocusFrame*>(widget); });
         EXPECT_TRUE(std::ranges::equal(widgets, Main().Controls(), [](const QWidget* w, const Control* c) {
             const Bounds& b = c->CurrentBounds();
             return w->geometry() == QRect(b.Left, b.Top, b.Width, b.Height);
@@ -86,6 +87,22 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
         Main().Listbox1.DeleteAllRows();
         WaitFor([&] { return Table().viewport()->width() == width; });
         expect_columns({30, name - 100, 65, path + 230 - bar, 75});
+    });
+}
+
+TEST_F(WindowTest, ShowsWhatHasTheFocusOnLightAndDarkDesktops) {
+    Work([&] {
+        for (const int grey : {240, 50}) {
+            QApplication::setPalette(QPalette(QColor(grey, grey, grey)));
+            QApplication::processEvents();
+            for (auto* control : frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+                if (control->focusPolicy() == Qt::NoFocus) continue;
+                control->setFocus();
+                const QPoint beside = control->mapTo(frame, QPoint(-1, control->height() / 2));
+                const QColor ring = frame->grab().toImage().pixelColor(beside);
+                EXPECT_GT(std::abs(qGray(ring.rgb()) - grey), 60) << control->metaObject()->className();
+            }
+        }
     });
 }
 

@@ -67,10 +67,10 @@ class WindowTest : public ProgramTest {
 
     // The main window.
     QMainWindow* frame = nullptr;
+    ScreenDesktop screen{desktop};
 
   private:
-    ScreenDesktop screen_{desktop};
-    Desktop::InForce screen_in_force_{screen_};
+    Desktop::InForce screen_in_force_{screen};
 };
 
 }  // namespace varnith::test

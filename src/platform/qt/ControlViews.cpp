@@ -26,6 +26,9 @@ namespace varnith {
 
 namespace {
 
+constexpr int LeastTextSize = 8;
+constexpr int FrameWidth = 1;  // as the styles draw it around a text
+
 class StaticTextView : public ControlView {
   public:
     StaticTextView(StaticText& text, LabelWidget& label, FrameClock& clock)
@@ -44,6 +47,11 @@ class StaticTextView : public ControlView {
         label_.setAlignment(aligned | (text_.MultiLine() ? Qt::AlignTop : Qt::AlignVCenter));
         SetTextColour(label_, QColor::fromRgb(text_.TextColor()));
         label_.setText(Decoded(text_.Text()));
+    }
+
+    QSize TextRoom(const QFontMetrics& metrics) const override {
+        const int width = text_.MultiLine() ? 0 : metrics.horizontalAdvance(Decoded(text_.Text()));
+        return {width, metrics.height()};
     }
 
   private:
@@ -111,6 +119,11 @@ class PushButtonView : public ControlView {
         widget_.setDefault(button_.Default());
     }
 
+    QSize TextRoom(const QFontMetrics& metrics) const override {
+        const int width = metrics.horizontalAdvance(Decoded(button_.Caption()));
+        return ControlView::TextRoom(metrics).grownBy({0, 0, width, 0});
+    }
+
   private:
     PushButton& button_;
     QPushButton& widget_;
@@ -136,7 +149,21 @@ void ControlView::Update() {
     if (control_.TextSize() > 0) font.setPixelSize(control_.TextSize());
     font.setBold(control_.Bold());
     font.setUnderline(control_.Underline());
+    if (control_.TextSize() == 0) font = Fitted(font);
     if (widget_.font() != font) widget_.setFont(font);
+}
+
+// The system's own size may be any, while the controls have the places that they were designed for.
+QFont ControlView::Fitted(QFont font) const {
+    for (int size = QFontInfo(font).pixelSize(); size > LeastTextSize; font.setPixelSize(--size)) {
+        const QSize room = TextRoom(QFontMetrics(font));
+        if (room.boundedTo(widget_.size()) == room) break;
+    }
+    return font;
+}
+
+QSize ControlView::TextRoom(const QFontMetrics& metrics) const {
+    return QSize(FrameWidth, FrameWidth) * 2 + QSize(0, metrics.height());
 }
 
 std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock) {

@@ -25,7 +25,12 @@ class ControlView : public View {
     // The object whose end cuts the widget's signals.
     QObject* Connections() { return &connections_; }
 
+    // The room that the text takes in a font, what the control draws around it among it.
+    virtual QSize TextRoom(const QFontMetrics& metrics) const;
+
   private:
+    QFont Fitted(QFont font) const;
+
     Control& control_;
     QWidget& widget_;
     QObject connections_;

@@ -197,6 +197,8 @@ ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
     Update();
     // Once, and not at each update: it costs as much as there are rows.
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + RowPadding);
+    // A desktop may have a font of its own for headings.
+    table.horizontalHeader()->setFont(table.font());
     table.SetColumnWidths(list.ColumnWidths());
 }
 

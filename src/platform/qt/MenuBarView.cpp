@@ -16,6 +16,18 @@ QKeySequence ToKeySequence(const std::string& shortcut) {
     return QKeySequence(QString::fromStdString("Ctrl+" + shortcut.substr(command.size())));
 }
 
+void AddShortcutsOf(const MenuItem& menus, QWidget& window) {
+    for (const Ref<MenuItem>& item : menus.Items()) {
+        AddShortcutsOf(*item, window);
+        if (item->KeyboardShortcut.empty()) continue;
+        auto* action = new QAction(&window);
+        action->setShortcut(ToKeySequence(item->KeyboardShortcut));
+        QObject::connect(action, &QAction::triggered, &window,
+                         [item] { Application::Current().Choose(item); });
+        window.addAction(action);
+    }
+}
+
 }  // namespace
 
 MenuBarView::MenuBarView(const Ref<MenuBar>& menus, QMenuBar& bar) {
@@ -43,16 +55,8 @@ void MenuBarView::Fill(const Ref<MenuItem>& items, QMenu& menu) {
     }
 }
 
-void MenuBarView::AddShortcuts(const MenuItem& menus, QWidget& window) {
-    for (const Ref<MenuItem>& item : menus.Items()) {
-        AddShortcuts(*item, window);
-        if (item->KeyboardShortcut.empty()) continue;
-        auto* action = new QAction(&window);
-        action->setShortcut(ToKeySequence(item->KeyboardShortcut));
-        QObject::connect(action, &QAction::triggered, &window,
-                         [item] { Application::Current().Choose(item); });
-        window.addAction(action);
-    }
+void MenuBarView::AddShortcuts(QWidget& window) {
+    if (const Ref<MenuBar> bar = Application::Current().MenuBar()) AddShortcutsOf(*bar, window);
 }
 
 void MenuBarView::UpdateEnabled() {

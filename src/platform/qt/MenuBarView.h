@@ -17,8 +17,8 @@ class MenuBarView {
     // REQUIRES: the bar outlives the view.
     MenuBarView(const Ref<MenuBar>& menus, QMenuBar& bar);
 
-    // Lets a window without a bar of its own answer the shortcuts of the application's.
-    static void AddShortcuts(const MenuItem& menus, QWidget& window);
+    // Lets a window without a bar of its own, or a dialog, answer the shortcuts of the application's.
+    static void AddShortcuts(QWidget& window);
 
     // Greys and ungreys the entries by what is in front now.
     void UpdateEnabled();

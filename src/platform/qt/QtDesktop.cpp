@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QScreen>
 #include <QUrl>
 #include <utility>
@@ -13,6 +12,8 @@
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
+#include "platform/qt/MenuBarView.h"
+#include "platform/qt/MessageBox.h"
 #include "platform/qt/OtherWindows.h"
 #include "platform/qt/PictureRendering.h"
 #include "platform/qt/QtWindow.h"
@@ -45,12 +46,6 @@ void ShowUnlessNoise(QtMsgType type, const QMessageLogContext& context, const QS
     // this.
     if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
         shown_by_qt(type, context, text);
-}
-
-// A text that no screen could hold, such as what was pasted into a field, would take minutes to be laid out.
-QString Shortened(const QString& text) {
-    constexpr qsizetype Most = 1000;
-    return text.size() <= Most ? text : text.first(Most / 2) + QStringLiteral(" … ") + text.last(Most / 2);
 }
 
 }  // namespace
@@ -139,11 +134,13 @@ Desktop::Size QtDesktop::ScreenSize(int screen) const {
 }
 
 std::optional<std::string> QtDesktop::ChooseFolder() {
-    const QString folder =
-        QFileDialog::getExistingDirectory(QApplication::activeWindow(), QString(), last_folder_);
-    if (folder.isEmpty()) return std::nullopt;
-    last_folder_ = folder;
-    return QFile::encodeName(folder).toStdString();
+    QFileDialog dialog(QApplication::activeWindow(), QString(), last_folder_);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    MenuBarView::AddShortcuts(dialog);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    last_folder_ = dialog.selectedFiles().constFirst();
+    return QFile::encodeName(last_folder_).toStdString();
 }
 
 std::optional<std::string> QtDesktop::ChooseFileToWrite(const std::string& filter, const std::string& name) {
@@ -163,11 +160,7 @@ void QtDesktop::OpenDocument(const std::string& path, bool to_front) {
 }
 
 void QtDesktop::ShowMessage(const std::string& text) {
-    QMessageBox box(QApplication::activeWindow());
-    box.setWindowTitle(QApplication::applicationName());
-    box.setTextFormat(Qt::PlainText);
-    box.setText(Shortened(QString::fromStdString(text)));
-    box.exec();
+    ShowMessageBox(text);
 }
 
 void QtDesktop::Beep() {

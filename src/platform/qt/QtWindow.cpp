@@ -40,16 +40,21 @@ QtWindow::QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock)
       desktop_(desktop),
       clock_(clock),
       frame_(new QMainWindow),
-      contents_(new QWidget(frame_)) {
+      contents_(new QWidget(frame_)),
+      focus_ring_(new QFocusFrame(contents_)) {
     BuildFrame();
     BuildControls();
     PlaceOnScreen();
     Update();
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
+        focus_ring_->setWidget(contents_->isAncestorOf(now) ? now : nullptr);
+    });
     frame_->show();
     frame_->windowHandle()->installEventFilter(this);
 }
 
 QtWindow::~QtWindow() {
+    shield_.reset();
     views_.clear();
     menus_.reset();
     if (frame_->windowHandle()) frame_->windowHandle()->removeEventFilter(this);
@@ -64,8 +69,10 @@ void QtWindow::BuildFrame() {
     frame_->setCentralWidget(contents_);
     if (window_.MenuBar())
         menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
-    else if (Application::Current().MenuBar())
-        MenuBarView::AddShortcuts(*Application::Current().MenuBar(), *frame_);
+    else
+        MenuBarView::AddShortcuts(*frame_);
+    // Without this a window with none of the buttons would ask for the window manager's own choice of them.
+    frame_->setWindowFlag(Qt::CustomizeWindowHint);
     frame_->setWindowFlag(Qt::WindowTitleHint);
     frame_->setWindowFlag(Qt::WindowSystemMenuHint);
     frame_->setWindowFlag(Qt::WindowMaximizeButtonHint, style.MaximizeButton);
@@ -75,10 +82,8 @@ void QtWindow::BuildFrame() {
         contents_->setMinimumSize(style.MinWidth, style.MinHeight);
         contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
     }
-    if (style.Frame == Window::FrameKind::MovableModal) {
-        frame_->setWindowFlag(Qt::Dialog);
-        frame_->setWindowModality(Qt::ApplicationModal);
-    }
+    // To Qt it is not modal: that would close off the other windows' menus and close boxes too.
+    if (window_.IsModal()) frame_->setWindowFlag(Qt::Dialog);
     if (style.WhiteBackground) {
         QPalette colours = contents_->palette();
         colours.setColor(QPalette::Window, Qt::white);
@@ -125,14 +130,18 @@ void QtWindow::PlaceOnScreen() {
     }
     frame_->move(first_screen.topLeft() + QPoint(window_.Left(), window_.Top()));
     frame_->winId();  // makes the window's handle
-    if (window_.GetStyle().Frame == Window::FrameKind::MovableModal && parent)
-        frame_->windowHandle()->setTransientParent(parent->windowHandle());
+    if (window_.IsModal() && parent) frame_->windowHandle()->setTransientParent(parent->windowHandle());
 }
 
 void QtWindow::BringToFront() {
     frame_->show();
     frame_->raise();
     frame_->activateWindow();
+}
+
+void QtWindow::SetBlocked(bool blocked) {
+    if (blocked == (shield_ != nullptr)) return;
+    shield_ = blocked ? std::make_unique<Shield>(*contents_) : nullptr;
 }
 
 void QtWindow::Update() {
@@ -150,17 +159,43 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
         if (window_.GetStyle().CloseButton) window_.Close();
         return true;
     }
-    if (watched == frame_ && event->type() == QEvent::WindowActivate) {
-        Application::Current().SetFrontWindow(window_);
-        if (menus_) menus_->UpdateEnabled();
-    }
+    if (watched == frame_ && event->type() == QEvent::WindowActivate) Activated();
     if (watched == contents_ && event->type() == QEvent::Resize) {
         window_.SetSize(contents_->width(), contents_->height());
         clock_.Flush();
     }
-    if (watched == frame_->windowHandle() && event->type() == QEvent::KeyPress)
-        return DeliverKeyPress(*static_cast<QKeyEvent*>(event));
-    return false;
+    const bool is_press = event->type() == QEvent::KeyPress;
+    if (watched != frame_->windowHandle() || !(is_press || event->type() == QEvent::KeyRelease)) return false;
+    auto& key = *static_cast<QKeyEvent*>(event);
+    if (KeyGoesToModal()) return PassKeyOn(key);
+    return is_press && DeliverKeyPress(key);
+}
+
+void QtWindow::Activated() {
+    Application::Current().SetFrontWindow(window_);
+    if (menus_) menus_->UpdateEnabled();
+    // The window manager may know of no tie between the two. The keyboard stays here for the menus' sake.
+    if (const QtWindow* modal = ModalInFront()) modal->frame_->raise();
+}
+
+QtWindow* QtWindow::ModalInFront() const {
+    const Ref<Window> front = Application::Current().FrontWindow();
+    return shield_ && front ? dynamic_cast<QtWindow*>(front->View()) : nullptr;
+}
+
+// All keys but those that work a menu.
+bool QtWindow::KeyGoesToModal() const {
+    const bool in_menu_bar = menus_ && frame_->focusWidget() == frame_->menuBar();
+    return shield_ && !in_menu_bar && !QApplication::activePopupWidget();
+}
+
+bool QtWindow::PassKeyOn(QKeyEvent& event) {
+    QtWindow* modal = ModalInFront();
+    if (!modal) return true;
+    // Not for a modifier alone: a key for the menus may follow.
+    if (event.type() == QEvent::KeyPress && !event.text().isEmpty()) modal->BringToFront();
+    QCoreApplication::sendEvent(modal->frame_->windowHandle(), &event);
+    return true;
 }
 
 bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QFocusFrame>
 #include <QMainWindow>
 #include <memory>
 #include <vector>
 
 #include "platform/qt/ControlViews.h"
 #include "platform/qt/MenuBarView.h"
+#include "platform/qt/Shield.h"
 #include "platform/qt/View.h"
 #include "platform/ui/Desktop.h"
 #include "platform/ui/Window.h"
@@ -23,6 +25,7 @@ class QtWindow : public QObject, public View, public WindowView {
     ~QtWindow() override;
 
     void BringToFront() override;
+    void SetBlocked(bool blocked) override;
     void Update() override;
 
   protected:
@@ -33,6 +36,10 @@ class QtWindow : public QObject, public View, public WindowView {
     void BuildFrame();
     void BuildControls();
     void PlaceOnScreen();
+    void Activated();
+    QtWindow* ModalInFront() const;
+    bool KeyGoesToModal() const;
+    bool PassKeyOn(QKeyEvent& event);
     bool DeliverKeyPress(const QKeyEvent& event);
     bool PressDefaultButton();
     ControlView* FocusedView() const;
@@ -44,6 +51,8 @@ class QtWindow : public QObject, public View, public WindowView {
     QWidget* contents_;
     std::unique_ptr<MenuBarView> menus_;
     std::vector<std::unique_ptr<ControlView>> views_;
+    QFocusFrame* focus_ring_;
+    std::unique_ptr<Shield> shield_;  // while a modal window keeps the contents from answering
     std::int32_t refreshes_ = 0;
 };
 

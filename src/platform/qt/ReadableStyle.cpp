@@ -1,6 +1,9 @@
 #include "platform/qt/ReadableStyle.h"
 
+#include <QPainter>
 #include <QStyleOption>
+
+#include "platform/qt/TextColours.h"
 
 namespace varnith {
 
@@ -15,6 +18,14 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     QStyleOptionButton readable(*box);
     readable.palette.setColor(QPalette::Window, box->palette.text().color());
     QProxyStyle::drawPrimitive(element, &readable, painter, widget);
+}
+
+void ReadableStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                const QWidget* widget) const {
+    if (element != CE_FocusFrame) return QProxyStyle::drawControl(element, option, painter, widget);
+    const QPalette& colours = option->palette;
+    painter->fillRect(option->rect, ReadableOn(colours.color(QPalette::Window),
+                                               colours.color(QPalette::Active, QPalette::Highlight)));
 }
 
 }  // namespace varnith

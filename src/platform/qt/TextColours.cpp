@@ -5,6 +5,15 @@
 
 namespace varnith {
 
+QColor ReadableOn(const QColor& background, const QColor& colour) {
+    constexpr float Dark = 0.5f;
+    constexpr float Readable = 0.78f;
+    float hue, saturation, lightness;
+    colour.getHslF(&hue, &saturation, &lightness);
+    if (background.lightnessF() < Dark) lightness = std::max(lightness, Readable);
+    return QColor::fromHslF(std::max(hue, 0.0f), saturation, lightness);
+}
+
 void SetBlackOnWhite(QWidget& widget) {
     QPalette colours = widget.palette();
     colours.setColor(QPalette::Base, Qt::white);
@@ -13,14 +22,9 @@ void SetBlackOnWhite(QWidget& widget) {
 }
 
 void SetTextColour(QWidget& label, const QColor& colour) {
-    constexpr float Dark = 0.5f;
-    constexpr float Readable = 0.78f;
     if (colour == Qt::black) return;
     QPalette colours = label.palette();
-    float hue, saturation, lightness;
-    colour.getHslF(&hue, &saturation, &lightness);
-    if (colours.color(QPalette::Window).lightnessF() < Dark) lightness = std::max(lightness, Readable);
-    colours.setColor(QPalette::WindowText, QColor::fromHslF(std::max(hue, 0.0f), saturation, lightness));
+    colours.setColor(QPalette::WindowText, ReadableOn(colours.color(QPalette::Window), colour));
     label.setPalette(colours);
 }
 

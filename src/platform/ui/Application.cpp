@@ -68,22 +68,43 @@ void Application::DoEvents(std::int32_t milliseconds) {
 
 void Application::Open(const Ref<Window>& window) {
     if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) windows_.push_back(window);
-    if (stage_ == Stage::Running && !quitting_) window->OpenNow();
+    if (stage_ != Stage::Running || quitting_) return;
+    window->OpenNow();
+    BlockOthers();
 }
 
 void Application::LetGo(Window& window) {
     const bool was_in_front = FrontWindow() == Ref<Window>(&window);
     std::erase(windows_, Ref<Window>(&window));
+    BlockOthers();
     // Where a dialog and its window go at once, a window manager may leave the keyboard with neither.
-    if (was_in_front && !quitting_ && !windows_.empty() && windows_.back()->view_)
-        windows_.back()->view_->BringToFront();
+    if (was_in_front && !quitting_) BringToFront();
 }
 
 Ref<Window> Application::FrontWindow() const {
+    const auto modal = std::find_if(windows_.rbegin(), windows_.rend(),
+                                    [](const Ref<Window>& window) { return window->IsModal(); });
+    if (modal != windows_.rend()) return *modal;
     return windows_.empty() ? nullptr : windows_.back();
 }
 
+bool Application::IsBlocked(const Window& window) const {
+    const Ref<Window> front = FrontWindow();
+    return front && front->IsModal() && front.Get() != &window;
+}
+
+void Application::BlockOthers() {
+    for (const Ref<Window>& window : windows_)
+        if (window->view_) window->view_->SetBlocked(IsBlocked(*window));
+}
+
+void Application::BringToFront() {
+    const Ref<Window> front = FrontWindow();
+    if (front && front->view_) front->view_->BringToFront();
+}
+
 void Application::SetFrontWindow(Window& window) {
+    if (IsBlocked(window)) return;
     const auto place = std::find(windows_.begin(), windows_.end(), Ref<Window>(&window));
     if (place != windows_.end()) std::rotate(place, place + 1, windows_.end());
 }

@@ -39,10 +39,14 @@ class Application {
     void SetMenuBar(const Ref<varnith::MenuBar>& bar) { menu_bar_ = bar; }
     const Ref<varnith::MenuBar>& MenuBar() const { return menu_bar_; }
 
-    // The window in front of the program's others, nil if none is open. It is the last one shown, or as the
-    // user has arranged them.
+    // The window in front of the program's others, nil if none is open. It is the newest modal one, else the
+    // last one shown, or as the user has arranged them.
     Ref<Window> FrontWindow() const;
+    // Without effect on a window that a modal one keeps from answering.
     void SetFrontWindow(Window& window);
+    bool IsBlocked(const Window& window) const;
+    // Shows the front window in front of the others.
+    void BringToFront();
 
     // Whether the entry can be chosen now, and the user's choice of it.
     bool IsEnabled(const MenuItem& item) const;
@@ -70,6 +74,7 @@ class Application {
 
     void Open(const Ref<Window>& window);
     void LetGo(Window& window);
+    void BlockOthers();
     void End();
     void Handle(const std::exception& error);
 

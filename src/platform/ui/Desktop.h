@@ -19,6 +19,9 @@ class WindowView {
     virtual ~WindowView() = default;
     // Shows the window in front of the others.
     virtual void BringToFront() = 0;
+    // Keeps the window's contents from answering the user, or lets them again. Its menus and its close box
+    // answer at all times.
+    virtual void SetBlocked(bool blocked) = 0;
 };
 
 // A timer that runs. Dropped when it is to fire no more.

@@ -23,8 +23,8 @@ void Window::OpenNow() {
 
 void Window::Show() {
     Open();
-    if (view_) view_->BringToFront();
     Application::Current().SetFrontWindow(*this);
+    Application::Current().BringToFront();
 }
 
 void Window::Close() {

@@ -49,7 +49,7 @@ class Window : public RefCounted, public Observed {
     std::int32_t Height() const { return height_; }
 
     // How a window stands to the others: one of several documents, or a modal one, which can be moved but
-    // keeps the program's other windows from answering until it is closed.
+    // keeps the contents of the program's other windows from answering until it is closed.
     enum class FrameKind : std::uint8_t { Document = 0, MovableModal = 1 };
     // Where a window comes up: where its Left and Top say, or in the middle of its parent's screen.
     enum class PlacementKind : std::uint8_t { Default = 0, ParentScreen = 3 };
@@ -86,6 +86,11 @@ class Window : public RefCounted, public Observed {
     bool PressKey(const std::string& key);
 
     const std::vector<Control*>& Controls() const { return controls_; }
+
+    bool IsModal() const { return style_.Frame == FrameKind::MovableModal; }
+
+    // What shows the window; nil while it isn't open, and without a display.
+    WindowView* View() const { return view_.get(); }
 
     // How often Refresh was asked for.
     std::int32_t Refreshes() const { return refreshes_; }
