@@ -34,7 +34,7 @@ void Append(std::string& bytes, T value, Order order) {
     bytes.append(raw.data(), raw.size());
 }
 
-// The tags of a bilevel image (TIFF 6.0, section 3).
+// The tags of a bilevel image (TIFF 6.0, section 3) that says of itself that it is a page of several.
 struct Tag {
     std::uint16_t number;
     std::uint16_t type;
@@ -44,8 +44,8 @@ constexpr std::uint16_t Short = 3;
 constexpr std::uint16_t Long = 4;
 constexpr std::uint16_t StripOffsets = 273;
 constexpr Tag tags[] = {
-    {256, Short, 8},         {257, Short, 1}, {258, Short, 1}, {259, Short, 1}, {262, Short, 1},
-    {StripOffsets, Long, 0}, {277, Short, 1}, {278, Short, 1}, {279, Long, 1},
+    {254, Long, 2},  {256, Short, 8},         {257, Short, 1}, {258, Short, 1}, {259, Short, 1},
+    {262, Short, 1}, {StripOffsets, Long, 0}, {278, Short, 1}, {279, Long, 1},
 };
 constexpr std::uint32_t FirstDirectory = 10;
 

@@ -25,7 +25,7 @@ size() {
 
 # Ends the table with a line that says why there are no figures.
 skip() {
-    echo "skipped: $*"
+    echo "skipped: $*" | tee "$place/figures/$table"
     exit 0
 }
 
@@ -156,12 +156,14 @@ note_comparisons() {
 }
 
 begin_table() {
-    : >"$place/figures/$table"
+    local load
+    read -r load _ </proc/loadavg
+    echo "# $(date '+%F %H:%M'), $runs runs, load average $load at the start" >"$place/figures/$table"
     line_of 'what' 'compared with' 'ours' 'theirs' 'ratio' 'spread' 'target' ''
 }
 
 line_of() {
-    printf '%-46s %-38s %11s %11s %8s %-15s %7s %s\n' "$@"
+    printf '%-46s %-48s %11s %11s %8s %-16s %6s %s\n' "$@"
 }
 
 # Prints a line of the table and keeps it for the results. The ratio is of the medians, its spread that of the
