@@ -55,8 +55,7 @@ note() {
     figures[$1]+=" $2"
 }
 
-# Runs the limit, or what stands before it on the line, and notes NAME.seconds and NAME.processor.
-#   run_limit NAME [-t THREADS] [-e EVERY] FOLDER
+# Runs the limit and notes NAME.seconds and NAME.processor.   run_limit NAME [-t THREADS] [-e EVERY] FOLDER
 run_limit() {
     local name=$1 line
     line=$("${around_limit[@]}" "$programs/limit" "${@:2}")
@@ -64,9 +63,8 @@ run_limit() {
     note "$name.seconds" "${BASH_REMATCH[1]}"
     note "$name.processor" "${BASH_REMATCH[2]}"
 }
+# What the limit is started by, and what the program's environment has besides.
 around_limit=()
-
-# What the program is started with besides, as words for env.
 around_window=()
 
 open_window() {
@@ -94,16 +92,21 @@ processor_of_program() {
     awk -v ticks="$(getconf CLK_TCK)" '{ sub(/.*\) /, ""); print ($12 + $13) / ticks }' "/proc/$program_pid/stat"
 }
 
+# Sets line to the next that xprop tells. It ends when its window does.
+next_line() {
+    read -r -t "$patience" -u "$1" line || { echo "The window has told nothing in $patience seconds, or is gone." >&2; return 1; }
+}
+
 # Accepts the folder dialog and waits until the scan has ended. Sets start and end. The window system tells of
 # each new title, so there is no looking again and again, which would take from what is measured.
 accept_and_wait() {
-    local titles title='' spy
+    local titles line spy
     exec {titles}< <(exec xprop -spy -id "$main_window" _NET_WM_NAME)
     spy=$!
-    read -r -t "$patience" -u "$titles" title
+    next_line "$titles"
     start=$EPOCHREALTIME
     press Return
-    while [[ $title != *' - Finished"' ]]; do read -r -t "$patience" -u "$titles" title; done
+    until [[ $line == *' - Finished"' ]]; do next_line "$titles"; done
     end=$EPOCHREALTIME
     kill "$spy"
     exec {titles}<&-
@@ -158,7 +161,7 @@ note_comparisons() {
 begin_table() {
     local load
     read -r load _ </proc/loadavg
-    echo "# $(date '+%F %H:%M'), $runs runs, load average $load at the start" >"$place/figures/$table"
+    echo "# $(date '+%F %H:%M'), runs: $runs, load average at the start: $load" >"$place/figures/$table"
     line_of 'what' 'compared with' 'ours' 'theirs' 'ratio' 'spread' 'target' ''
 }
 
