@@ -1,24 +1,22 @@
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <sqlite3.h>
 
-#include "app/MainWindow.h"
-#include "app/Start.h"
+#include "bench-window.h"
+#include "comparison.h"
 #include "export/Exporter.h"
-#include "platform/ui/Desktop.h"
+#include "platform/base/Text.h"
 
 // What is done to the rows of a long list after a scan, against the bare work: the same rows selected into a
-// vector, ticked in a vector, and written from a vector through one buffered stream. The best of some runs,
-// taken in turns; it measures and asserts nothing.  rows [ROWS [RUNS]]
+// vector, ticked in a vector, written from a vector through one buffered stream, and their keys sorted.
+//   rows ROWS RUNS
 namespace {
 
 using namespace varnith;
@@ -27,17 +25,6 @@ struct BareRow {
     std::array<std::string, 5> texts;  // the row's number, then as in the list
     bool ticked = false;
 };
-
-void Fill(Listbox& list, int rows) {
-    for (int row = 0; row < rows; ++row) {
-        list.AddRow("");
-        list.SetCellType(row, 0, Listbox::TypeCheckBox);
-        list.SetCell(row, 1, "invoice " + std::to_string(row) + ".tif");
-        list.SetCell(row, 2, std::to_string(row % 40));
-        list.SetCell(row, 3, "/home/someone/Documents/archive/box " + std::to_string(row / 500));
-        list.SetCell(row, 4, "tif");
-    }
-}
 
 void SelectBare(const std::string& database, std::vector<BareRow>& rows) {
     sqlite3* handle = nullptr;
@@ -69,24 +56,6 @@ void WriteBare(const std::vector<BareRow>& rows, const std::string& path, bool a
     }
 }
 
-double SecondsOf(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-// The least time of each counts: what else the machine does only adds to it.
-void Compare(const char* name, int runs, const std::function<void()>& work,
-             const std::function<void()>& bare) {
-    double seconds = SecondsOf(work);
-    double bare_seconds = SecondsOf(bare);
-    for (int run = 1; run < runs; ++run) {
-        seconds = std::min(seconds, SecondsOf(work));
-        bare_seconds = std::min(bare_seconds, SecondsOf(bare));
-    }
-    std::printf("%-20s %8.3f %8.3f %8.2f\n", name, seconds, bare_seconds, seconds / bare_seconds);
-}
-
 void Export(std::int32_t format, const char* separator) {
     Exporter& window = *Exporter::Instance();
     window.PopupMenu1.Pick(window.PopupMenu1.Rows().at(static_cast<std::size_t>(format)));
@@ -94,55 +63,65 @@ void Export(std::int32_t format, const char* separator) {
     window.PushButton1.Press();
 }
 
-class BenchDesktop : public Desktop {
-  public:
-    BenchDesktop(int rows, int runs) : rows_(rows), runs_(runs) {}
+void CompareExport(const std::vector<BareRow>& bare, const char* name, std::int32_t format,
+                   const char* separator) {
+    const std::string path = BenchDesktop::ExportPath();
+    Compare(
+        name, [&] { Export(format, separator); }, [&] { WriteBare(bare, path, format == 1); });
+}
 
-    std::optional<std::string> ChooseFileToWrite(const std::string&, const std::string&) override {
-        return export_;
-    }
-    int RunEventLoop() override {
-        MainWindow& window = *MainWindow::Instance();
-        Fill(window.Listbox1, rows_);
-        window.ReadList();
-        window.savetodb();
-        CompareAll(window);
-        std::remove(export_.c_str());
-        std::remove(database_.c_str());
-        return 0;
-    }
+// The keys by which the list sorts a column, as it stands now, each with its row.
+using Keys = std::vector<std::pair<std::string, std::int32_t>>;
+Keys KeysOf(const Listbox& list, std::int32_t column) {
+    Keys keys;
+    for (std::int32_t row = 0; row < list.ListCount(); ++row)
+        keys.emplace_back(NaturalKey(list.Cell(row, column)) + (list.CellCheck(row, column) ? '1' : '0'),
+                          row);
+    return keys;
+}
 
-  private:
-    void CompareAll(MainWindow& window) {
-        std::vector<BareRow> bare;
-        std::printf("%-20s %8s %8s %8s\n", "", "seconds", "bare", "ratio");
+// The columns by turns, so that each is sorted rising and finds the rows in the order of another.
+void CompareSorting(Listbox& list) {
+    for (std::int32_t row = 0; row < list.ListCount(); row += 3) list.SetCellCheck(row, 0, true);
+    for (const std::int32_t column : {4, 2, 0, 3, 1}) {
+        Keys keys = KeysOf(list, column);
         Compare(
-            "filter by \"All\"", runs_, [&] { window.PopupMenu1.Pick("All"); },
-            [&] { SelectBare(database_, bare); });
-        Compare(
-            "invert the ticks", runs_, [&] { window.ContextualMenu1_Action("Invert Selection"); },
+            "sort by column " + std::to_string(column), [&] { list.PressHeading(column); },
             [&] {
-                for (BareRow& row : bare) row.ticked = !row.ticked;
+                std::stable_sort(keys.begin(), keys.end(),
+                                 [](const auto& a, const auto& b) { return a.first < b.first; });
             });
-        window.ContextualMenu1_Action("Select All");
-        Compare(
-            "Excel Spreadsheet", runs_, [] { Export(1, ""); }, [&] { WriteBare(bare, export_, true); });
-        Compare(
-            "Text Document", runs_, [] { Export(2, "\t"); }, [&] { WriteBare(bare, export_, false); });
-        Compare(
-            "Tab Delimited", runs_, [] { Export(3, ""); }, [&] { WriteBare(bare, export_, false); });
     }
+}
 
-    const int rows_;
-    const int runs_;
-    const std::string export_ = GetFolderItem("export")->AbsolutePath();
-    const std::string database_ = GetFolderItem("varnth")->AbsolutePath();
-};
+void CompareAll(MainWindow& window) {
+    std::vector<BareRow> bare;
+    Compare(
+        "filter by \"All\"", [&] { window.PopupMenu1.Pick("All"); },
+        [&] { SelectBare(BenchDesktop::DatabasePath(), bare); });
+    Compare(
+        "invert the ticks", [&] { window.ContextualMenu1_Action("Invert Selection"); },
+        [&] {
+            for (BareRow& row : bare) row.ticked = !row.ticked;
+        });
+    window.ContextualMenu1_Action("Select All");
+    CompareExport(bare, "Excel Spreadsheet", 1, "");
+    CompareExport(bare, "Text Document", 2, "\t");
+    CompareExport(bare, "Tab Delimited", 3, "");
+    CompareSorting(window.Listbox1);
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    BenchDesktop desktop(argc > 1 ? std::atoi(argv[1]) : 1'000'000, argc > 2 ? std::atoi(argv[2]) : 5);
-    const Desktop::InForce in_force(desktop);
-    return _Main();
+    if (argc != 3) {
+        std::fputs("usage: rows ROWS RUNS\n", stderr);
+        return 2;
+    }
+    return WithMainWindow([&](MainWindow& window) {
+        Fill(window.Listbox1, std::atoi(argv[1]));
+        window.ReadList();
+        window.savetodb();
+        for (int run = 0; run < std::atoi(argv[2]); ++run) CompareAll(window);
+    });
 }

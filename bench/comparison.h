@@ -1,0 +1,31 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+// What the programs that measure a routine share: each prints a line for each run and comparison, which are
+// the name, the seconds of the program's own work and those of what it is compared with, separated by tabs.
+template <class Work>
+double SecondsOf(Work&& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline void Print(const std::string& name, double seconds, double bare_seconds) {
+    std::printf("%s\t%.9f\t%.9f\n", name.c_str(), seconds, bare_seconds);
+    std::fflush(stdout);
+}
+
+template <class Work, class Bare>
+void Compare(const std::string& name, Work&& work, Bare&& bare) {
+    const double seconds = SecondsOf(work);
+    Print(name, seconds, SecondsOf(bare));
+}
+
+// Keeps the compiler from leaving out a work whose outcome nobody uses.
+template <class T>
+void Use(const T& value) {
+    asm volatile("" : : "r"(&value) : "memory");
+}

@@ -1,0 +1,97 @@
+#include <atomic>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Stands in for a mounted share where none can be mounted: preloaded, it lets each call that a program makes
+// below the folder BENCH_SHARE wait for BENCH_WAIT milliseconds. Names and attributes that a listing brought
+// count as known, so a file costs its open and its reads, and a folder its open and its listing.
+namespace {
+
+std::atomic<bool> on_share[65536];  // by descriptor
+
+bool IsOnShare(int descriptor) {
+    return descriptor >= 0 && descriptor < 65536 && on_share[descriptor];
+}
+
+bool LeadsToShare(int folder, const char* path) {
+    static const char* const share = std::getenv("BENCH_SHARE");
+    static const std::size_t length = share ? std::strlen(share) : 0;
+    if (*path != '/' && folder != AT_FDCWD) return IsOnShare(folder);
+    return share && std::strncmp(path, share, length) == 0 && (path[length] == '/' || path[length] == '\0');
+}
+
+void Wait() {
+    static const char* const wait = std::getenv("BENCH_WAIT");
+    static const timespec delay{0, static_cast<long>((wait ? std::atof(wait) : 0) * 1e6)};
+    thread_local const int exact = prctl(PR_SET_TIMERSLACK, 1UL);
+    static_cast<void>(exact);
+    nanosleep(&delay, nullptr);
+}
+
+template <class Function>
+Function* Real(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+int OpenWaiting(int folder, const char* path, int flags, va_list more) {
+    static auto* const real = Real<int(int, const char*, int, ...)>("openat");
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
+    const bool slow = LeadsToShare(folder, path);
+    if (slow) Wait();
+    const int descriptor = real(folder, path, flags, mode);
+    if (descriptor >= 0 && descriptor < 65536) on_share[descriptor] = slow;
+    return descriptor;
+}
+
+DIR* Listed(DIR* folder, bool slow) {
+    if (slow) Wait();
+    return folder;
+}
+
+}  // namespace
+
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+    va_list more;
+    va_start(more, flags);
+    const int descriptor = OpenWaiting(AT_FDCWD, path, flags, more);
+    va_end(more);
+    return descriptor;
+}
+
+int openat(int folder, const char* path, int flags, ...) {
+    va_list more;
+    va_start(more, flags);
+    const int descriptor = OpenWaiting(folder, path, flags, more);
+    va_end(more);
+    return descriptor;
+}
+
+ssize_t pread(int file, void* bytes, std::size_t size, off_t offset) {
+    static auto* const real = Real<ssize_t(int, void*, std::size_t, off_t)>("pread");
+    if (IsOnShare(file)) Wait();
+    return real(file, bytes, size, offset);
+}
+
+DIR* fdopendir(int folder) {
+    static auto* const real = Real<DIR*(int)>("fdopendir");
+    return Listed(real(folder), IsOnShare(folder));
+}
+
+DIR* opendir(const char* path) {
+    static auto* const real = Real<DIR*(const char*)>("opendir");
+    const bool slow = LeadsToShare(AT_FDCWD, path);
+    if (slow) Wait();
+    return Listed(real(path), slow);
+}
+}
