@@ -1,14 +1,37 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "platform/base/InForce.h"
 #include "platform/files/OpenFolder.h"
+#include "platform/threads/Workers.h"
 
 namespace varnith::test {
+
+// Waits until no worker asks the disk any more.
+inline void WaitForWorkers() {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (Workers::AnyAtWork() && std::chrono::steady_clock::now() < limit) std::this_thread::yield();
+    EXPECT_FALSE(Workers::AnyAtWork());
+}
+
+// Puts a disk in force for a scope, at whose end no worker asks it any more.
+class DiskInForce {
+  public:
+    explicit DiskInForce(const FileSystem& disk) : in_force_(disk) {}
+    ~DiskInForce() { WaitForWorkers(); }
+
+  private:
+    InForce<const FileSystem> in_force_;
+};
 
 // The real disk, on which the executable lies where the test says, and on which a call fails on demand.
 class TestFileSystem : public FileSystem {
@@ -22,10 +45,10 @@ class TestFileSystem : public FileSystem {
     // The paths opened for reading so far.
     mutable std::vector<std::string> opened;
 
-    FileHandle OpenForReading(const std::string& path) const override {
+    FileDescriptor OpenForReading(const std::string& path) const override {
         return Opened(path, [&](const std::string& place) { return FileSystem::OpenForReading(place); });
     }
-    FileHandle OpenForReading(const OpenFolder& folder, const std::string& name) const override {
+    FileDescriptor OpenForReading(const OpenFolder& folder, const std::string& name) const override {
         return Opened(folder.PathOf(name),
                       [&](const std::string&) { return FileSystem::OpenForReading(folder, name); });
     }
@@ -38,7 +61,7 @@ class TestFileSystem : public FileSystem {
 
   private:
     template <class Open>
-    FileHandle Opened(const std::string& path, const Open& open) const {
+    FileDescriptor Opened(const std::string& path, const Open& open) const {
         {
             const std::lock_guard lock(mutex_);
             opened.push_back(path);

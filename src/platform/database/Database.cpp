@@ -6,7 +6,7 @@
 
 #include <sqlite3.h>
 
-#include "platform/net/Waiting.h"
+#include "platform/threads/Waiting.h"
 #include "platform/threads/Scheduler.h"
 
 namespace varnith {

@@ -9,7 +9,6 @@
 #include "platform/files/MoveItem.h"
 #include "platform/files/PlainDisk.h"
 #include "platform/files/ReadAhead.h"
-#include "platform/ui/Desktop.h"
 
 namespace varnith {
 
@@ -136,10 +135,6 @@ Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& /*file_type*/)
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile() const {
     return StreamInto<BinaryStream>(OutputFile::Over(AbsolutePath()));
-}
-
-void FolderItem::Launch(bool to_front) const {
-    Desktop::Current().OpenDocument(AbsolutePath(), to_front);
 }
 
 Ref<FolderItem> ExecutableItem() {

@@ -1,7 +1,7 @@
 #include "platform/net/Network.h"
 
 #include "platform/net/NameLookup.h"
-#include "platform/net/Waiting.h"
+#include "platform/threads/Waiting.h"
 #include "platform/threads/Scheduler.h"
 
 namespace varnith {

@@ -80,7 +80,7 @@ void OpenInAssignedApplication(const std::string& path, const std::string& start
 }
 
 void OpenInBrowser(const std::string& address) {
-    const FileHandle nowhere = FileSystem::Current().OpenForWriting("/dev/null", false);
+    const FileDescriptor nowhere = FileSystem::Current().OpenForWriting("/dev/null", false);
     const pid_t process = StartProcess({"/usr/bin/env", "xdg-open", address}, nowhere, nowhere);
     if (process == 0) return TellFailureOfBrowser(address, -1);
     // Where there is no desktop, it lasts as long as the browser does.
