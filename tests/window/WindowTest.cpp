@@ -41,24 +41,52 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
             WaitFor([&] { return frame->centralWidget()->size() == contents; });
             EXPECT_EQ(QSize(Main().Width(), Main().Height()), contents);
         };
-        const auto column_widths = [&] {
+        const auto expect_columns = [&](const QList<int>& expected) {
             QList<int> widths;
-            for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
-            return widths;
+            WaitFor([&] {
+                widths.clear();
+                for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
+                return widths == expected;
+            });
+            EXPECT_EQ(widths, expected);
+        };
+        const auto drag = [&](int column, int by) {
+            const QHeaderView& header = *Table().horizontalHeader();
+            const int edge = header.sectionViewportPosition(column) + header.sectionSize(column) - 1;
+            const QPoint place = header.viewport()->mapToGlobal(QPoint(edge, 8));
+            const QString y = QString::number(place.y());
+            Do({"mousemove", QString::number(place.x()), y, "mousedown", "1", "mousemove",
+                QString::number(place.x() + by), y, "mouseup", "1"});
         };
         EXPECT_EQ(frame->pos(), QPoint(Main().Left(), Main().Top()));
         const int rest = Table().viewport()->width() - 30 - 65 - 55;
-        EXPECT_EQ(column_widths(), QList<int>({30, rest / 2, 65, rest - rest / 2, 55}));
+        const int name = rest / 2;
+        const int path = rest - name;
+        expect_columns({30, name, 65, path, 55});
+        drag(4, 20);
+        expect_columns({30, name - 10, 65, path - 10, 75});
+        drag(1, -90);
+        expect_columns({30, name - 100, 65, path + 80, 75});
+        const int width = Table().viewport()->width();
+        for (int i = 0; i < 60; ++i) Main().Listbox1.AddRow("");
+        WaitFor([&] { return Table().viewport()->width() < width; });
+        const int bar = width - Table().viewport()->width();
+        expect_columns({30, name - 100, 65, path + 80 - bar, 75});
 
-        Table().setColumnWidth(4, 75);
         resize(frame->size() + QSize(200, 60), {974, 730});
         const auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
         EXPECT_TRUE(std::ranges::equal(widgets, Main().Controls(), [](const QWidget* w, const Control* c) {
             const Bounds& b = c->CurrentBounds();
             return w->geometry() == QRect(b.Left, b.Top, b.Width, b.Height);
         }));
-        EXPECT_EQ(column_widths(), QList<int>({30, rest / 2 + 90, 65, rest - rest / 2 + 90, 75}));
+        expect_columns({30, name - 100, 65, path + 280 - bar, 75});
         resize({300, 300}, {774, 670});
+        expect_columns({30, name - 100, 65, path + 80 - bar, 75});
+        drag(3, -50);
+        expect_columns({30, name - 100, 65, path + 30 - bar, 75});
+        Main().Listbox1.DeleteAllRows();
+        WaitFor([&] { return Table().viewport()->width() == width; });
+        expect_columns({30, name - 100, 65, path + 30 - bar, 75});
     });
 }
 

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolTip>
@@ -41,6 +42,8 @@ ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
+    horizontalHeader()->viewport()->installEventFilter(this);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, &ListboxWidget::HoldWidth);
 }
 
 void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
@@ -55,14 +58,27 @@ void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
     ShareRest();
 }
 
-// The sharing columns take up what is left over or give what is missing, alike, so widths that the user has
-// given them stay apart by as much.
-void ListboxWidget::ShareRest() {
-    auto sharers = static_cast<int>(sharing_columns_.size());
+// While the user drags a column's edge, only what lies to the right of it gives way: the edge stays under the
+// mouse. The columns to the left take their share when the user lets go.
+void ListboxWidget::HoldWidth(int column) {
+    if (sharing_) return;
+    std::erase(sharing_columns_, column);
+    ShareRest(column);
+}
+
+bool ListboxWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == horizontalHeader()->viewport() && event->type() == QEvent::MouseButtonRelease) ShareRest();
+    return QTableView::eventFilter(watched, event);
+}
+
+// The sharing columns from that one on take up what is left over or give what is missing, alike.
+void ListboxWidget::ShareRest(int first_column) {
+    const QScopedValueRollback by_program(sharing_, true);
+    const auto first = std::ranges::lower_bound(sharing_columns_, first_column);
     int rest = viewport()->width() - horizontalHeader()->length();
-    for (const int column : sharing_columns_) {
-        const int share = rest / sharers--;
-        setColumnWidth(column, std::max(LeastColumnWidth, columnWidth(column) + share));
+    for (auto sharer = first; sharer != sharing_columns_.end(); ++sharer) {
+        const int share = rest / static_cast<int>(sharing_columns_.end() - sharer);
+        setColumnWidth(*sharer, std::max(LeastColumnWidth, columnWidth(*sharer) + share));
         rest -= share;
     }
 }

@@ -12,8 +12,10 @@
 namespace varnith {
 
 // The table of a list: whole rows are highlighted one at a time, the arrow keys, Page Up and Down, Home and
-// End move among rows, the space bar ticks, letters find a name, Tab goes on to the next control. Columns
-// without a width of their own share what the others leave.
+// End move among rows, the space bar ticks, letters find a name, Tab goes on to the next control.
+// Columns without a width of their own share what the others leave. A width that the user gives a column
+// holds, and the column shares no more. Once no column shares, what is left over stays bare at the right and
+// what doesn't fit is scrolled to: each width is the user's own then.
 class ListboxWidget : public QTableView {
   public:
     explicit ListboxWidget(QWidget* parent);
@@ -37,14 +39,18 @@ class ListboxWidget : public QTableView {
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    // Sees what happens to the heading.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     bool DeliverPress(const QPoint& place, bool contextual);
     bool IsOnCheckBox(const QPoint& place) const;
-    void ShareRest();
+    void HoldWidth(int column);
+    void ShareRest(int first_column = 0);
     bool ShowTipForCutText(const QPoint& position, const QPoint& global_position);
 
-    std::vector<int> sharing_columns_;
+    std::vector<int> sharing_columns_;  // rising
+    bool sharing_ = false;
 };
 
 class ListboxView : public ControlView {
