@@ -8,7 +8,7 @@ using ResultsTest = WindowTest;
 TEST_F(ResultsTest, AnswersMouseAndKeys) {
     documents.File("<b>" + std::string(200, 'w') + ".tif", TiffBytes(12));
     for (int i = 1; i <= 60; ++i) documents.File("a" + std::to_string(i) + ".tif", TiffBytes(2));
-    for (const char* name : {"b9.tif", "b10.tif", "c.tif"}) documents.File(name, TiffBytes(1));
+    for (const char* name : {"b 10.tif", "b9.tif", "c.tif"}) documents.File(name, TiffBytes(1));
     Work([&] {
         Listbox& list = Main().Listbox1;
         QTableView& table = Table();
@@ -28,11 +28,26 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         EXPECT_EQ(press(Qt::Key_Left), 3);
         EXPECT_GT(press(Qt::Key_PageDown), 10);
         EXPECT_EQ(press(Qt::Key_End), 63);
-        EXPECT_EQ(press(Qt::Key_B), 61);
+        const int interval = QApplication::keyboardInputInterval();
+        QApplication::setKeyboardInputInterval(1);
+        const auto press_alone = [&](Qt::Key key) {
+            QElapsedTimer pause;
+            pause.start();
+            WaitFor([&] { return pause.hasExpired(1); });
+            return press(key);
+        };
+        EXPECT_EQ(press_alone(Qt::Key_B), 61);
         for (const bool ticked : {true, false}) {
-            press(Qt::Key_Space);
+            press_alone(Qt::Key_Space);
             EXPECT_EQ(list.CellCheck(61, 0), ticked);
         }
+        EXPECT_EQ(press_alone(Qt::Key_B), 62);
+        QApplication::setKeyboardInputInterval(60'000);
+        EXPECT_EQ(press(Qt::Key_Space), 61);
+        EXPECT_EQ(Ticks(), std::string(64, '-'));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Space}) press(key);
+        EXPECT_EQ(Ticks(), std::string(62, '-') + "x-");
+        QApplication::setKeyboardInputInterval(interval);
         EXPECT_EQ(press(Qt::Key_Home), 0);
 
         // What is cut off shows as a tip, and nothing else does.

@@ -1,5 +1,6 @@
 #include "platform/qt/ListboxView.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -98,10 +99,19 @@ void ListboxWidget::focusInEvent(QFocusEvent* event) {
 }
 
 void ListboxWidget::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier)
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !IsSearching())
         on_space(currentIndex().row());
     else
         QTableView::keyPressEvent(event);
+}
+
+void ListboxWidget::keyboardSearch(const QString& search) {
+    since_search_.start();
+    QTableView::keyboardSearch(search);
+}
+
+bool ListboxWidget::IsSearching() const {
+    return since_search_.isValid() && since_search_.elapsed() <= QApplication::keyboardInputInterval();
 }
 
 void ListboxWidget::mousePressEvent(QMouseEvent* event) {
@@ -146,6 +156,7 @@ bool ListboxWidget::IsOnCheckBox(const QPoint& place) const {
 }
 
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    since_search_.invalidate();
     if (action == MoveHome) return model()->index(0, SearchColumn);
     if (action == MoveEnd) return model()->index(model()->rowCount() - 1, SearchColumn);
     if (action == MoveLeft || action == MoveRight) {

@@ -12,7 +12,8 @@
 namespace varnith {
 
 // The table of a list: whole rows are highlighted one at a time, the arrow keys, Page Up and Down, Home and
-// End move among rows, the space bar ticks, letters find a name, Tab goes on to the next control.
+// End move among rows, the space bar ticks, letters find a name, and so does the space bar while they are
+// typed in quick succession. Tab goes on to the next control.
 // Columns without a width of their own share what the others leave. A width that the user gives a column
 // holds, and the column shares no more. Once no column shares, what is left over stays bare at the right and
 // what doesn't fit is scrolled to: each width is the user's own then.
@@ -30,6 +31,8 @@ class ListboxWidget : public QTableView {
     // The widths by column; 0 for a column that shares the rest.
     void SetColumnWidths(const std::vector<std::int32_t>& widths);
 
+    void keyboardSearch(const QString& search) override;
+
   protected:
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -45,12 +48,14 @@ class ListboxWidget : public QTableView {
   private:
     bool DeliverPress(const QPoint& place, bool contextual);
     bool IsOnCheckBox(const QPoint& place) const;
+    bool IsSearching() const;
     void HoldWidth(int column);
     void ShareRest(int first_column = 0);
     bool ShowTipForCutText(const QPoint& position, const QPoint& global_position);
 
     std::vector<int> sharing_columns_;  // rising
     bool sharing_ = false;
+    QElapsedTimer since_search_;
 };
 
 class ListboxView : public ControlView {
