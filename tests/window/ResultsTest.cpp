@@ -76,11 +76,12 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         QTableView& table = Table();
         Scan(documents.Path(), false);
         WaitFor([&] { return table.model()->rowCount() == 3; });
-        // Below the rows there is nothing to open, and on the check box each click ticks.
+        // Below the rows there is nothing to open, and on the check box each click ticks besides.
         for (const QPoint& place :
              {Centre(1, 1), Centre(2, 1) + QPoint(0, 100), QPoint(10, Centre(0, 0).y()), Centre(2, 4)})
-            QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, place);
-        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "2.tif"}));
+            Click(table.viewport()->mapToGlobal(place), 2);
+        WaitFor([&] { return desktop.opened.size() == 3; });
+        EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "0.tif", documents / "2.tif"}));
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_EQ(Ticks(), "---");
 

@@ -59,6 +59,10 @@ class WindowTest : public ProgramTest {
 
     // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
+    static void Click(const QPoint& on_screen, int times = 1) {
+        Do({"mousemove", QString::number(on_screen.x()), QString::number(on_screen.y()), "click", "--repeat",
+            QString::number(times), "1"});
+    }
     static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
 
     // The main window.

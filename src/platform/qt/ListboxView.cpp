@@ -12,6 +12,7 @@
 #include <QToolTip>
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "platform/qt/ContextMenu.h"
 
@@ -115,6 +116,7 @@ bool ListboxWidget::IsSearching() const {
 }
 
 void ListboxWidget::mousePressEvent(QMouseEvent* event) {
+    clicked_twice_ = event->type() == QEvent::MouseButtonDblClick && event->button() == Qt::LeftButton;
     // A menu lets the program run, which may close the window.
     const QPointer<ListboxWidget> self(this);
     const QPoint place = event->position().toPoint();
@@ -125,10 +127,14 @@ void ListboxWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void ListboxWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QPointer<ListboxWidget> self(this);
     mousePressEvent(event);
-    if (!self || event->button() != Qt::LeftButton || IsOnCheckBox(event->position().toPoint())) return;
-    on_double_click();
+}
+
+// A tick turns when the button is let go. Opening comes after that, or a message box would take the event and
+// leave the second of two ticks out.
+void ListboxWidget::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    if (std::exchange(clicked_twice_, false)) on_double_click();
 }
 
 // The key for the context menu is a press on the highlighted row. That of the mouse has been delivered before
@@ -143,16 +149,6 @@ bool ListboxWidget::DeliverPress(const QPoint& place, bool contextual) {
     std::optional<ContextualPress> press;
     if (contextual) press.emplace(viewport()->mapToGlobal(place));
     return on_press(viewport()->mapToParent(place));
-}
-
-bool ListboxWidget::IsOnCheckBox(const QPoint& place) const {
-    const QModelIndex index = indexAt(place);
-    if (!index.flags().testFlag(Qt::ItemIsUserCheckable)) return false;
-    QStyleOptionViewItem cell;
-    initViewItemOption(&cell);
-    cell.rect = visualRect(index);
-    cell.features |= QStyleOptionViewItem::HasCheckIndicator;
-    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, this).contains(place);
 }
 
 QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

@@ -24,7 +24,7 @@ class ListboxWidget : public QTableView {
     // The user has pressed the space bar on that row.
     std::function<void(int row)> on_space;
     // The user has pressed a mouse button in the list, or the key for its context menu; true to leave it at
-    // that. And: the user has clicked twice.
+    // that. And: the user has clicked twice, and has let go of the button.
     std::function<bool(const QPoint& place)> on_press;
     std::function<void()> on_double_click;
 
@@ -38,6 +38,7 @@ class ListboxWidget : public QTableView {
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
@@ -47,7 +48,6 @@ class ListboxWidget : public QTableView {
 
   private:
     bool DeliverPress(const QPoint& place, bool contextual);
-    bool IsOnCheckBox(const QPoint& place) const;
     bool IsSearching() const;
     void HoldWidth(int column);
     void ShareRest(int first_column = 0);
@@ -55,6 +55,7 @@ class ListboxWidget : public QTableView {
 
     std::vector<int> sharing_columns_;  // rising
     bool sharing_ = false;
+    bool clicked_twice_ = false;
     QElapsedTimer since_search_;
 };
 

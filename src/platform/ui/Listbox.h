@@ -25,8 +25,8 @@ class Listbox : public Control {
     // The user has pressed a mouse button in the list, headings aside, or has asked for a context menu there
     // by key: x and y in pixels from the list's top left. True if the list is to make nothing of the press.
     std::function<bool(std::int32_t x, std::int32_t y)> MouseDown;
-    // The user has clicked twice in quick succession, on a row or below the last one; not on a check box,
-    // where each click ticks.
+    // The user has clicked twice in quick succession, on a row or below the last one. On a check box both
+    // clicks have turned the tick before.
     std::function<void()> DoubleClick;
 
     // Sets the columns: the headings, separated by tabs, give their number, which is MaxColumns at most.
