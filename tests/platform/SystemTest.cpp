@@ -101,7 +101,7 @@ struct SystemInformationTest : testing::Test, TestFileSystem {
     std::vector<DirectoryEntry> Entries(const std::string& path) const override {
         return FileSystem::Entries(path == memory ? folder.Path() : path);
     }
-    void Write(const std::string& path, const std::string& bytes) {
+    void Put(const std::string& path, const std::string& bytes) {
         elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);
     }
 
@@ -116,11 +116,11 @@ TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
     const char* const board = "/proc/device-tree/serial-number";
     const char* const machine = "/etc/machine-id";
     const auto serial = SystemInformationMBS::MacSerialNumber;
-    Write(product, "  \n");
-    Write(board, "");
+    Put(product, "  \n");
+    Put(board, "");
     std::set<std::string> numbers;
     for (const std::string id : {"01234567890abcde", "11234567890abcde", "01234567890abcde"}) {
-        Write(machine, id + "\n");
+        Put(machine, id + "\n");
         numbers.insert(serial());
         EXPECT_EQ(ReplaceAll(serial(), "-", "").find("1234567"), std::string::npos) << "it tells the id";
     }
@@ -134,14 +134,14 @@ TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
           {machine, "", serial, ""},
           {board, std::string("10000000abc\0", 12), serial, "10000000abc"},
           {product, " PF-1 2\n", serial, "PF-1 2"}}) {
-        Write(path, bytes);
+        Put(path, bytes);
         EXPECT_EQ(told(), expected) << bytes;
     }
     // What is built in counts, whatever part of it the system keeps for itself.
-    Write(memory + "/block_size_bytes", "80000000\n");
+    Put(memory + "/block_size_bytes", "80000000\n");
     for (const std::string block : {"memory0", "memory1", "memory3", "memory7", "memory8"}) {
         folder.Folder(block);
-        Write(memory + "/" + block + "/online", block == "memory3" ? "0\n" : "1\n");
+        Put(memory + "/" + block + "/online", block == "memory3" ? "0\n" : "1\n");
     }
     EXPECT_EQ(SystemInformationMBS::LogicalRAM(), 8.0 * (1 << 30));
 }
