@@ -2,8 +2,8 @@
 
 namespace varnith {
 
-// A file descriptor of the system, of a file, a socket or whatever else has one. It is closed with its object.
-// Movable; an empty one holds none.
+// A file descriptor of the system, of a file, a socket or whatever else has one. It is closed with its
+// object. Movable; an empty one holds none.
 class FileDescriptor {
   public:
     FileDescriptor() = default;

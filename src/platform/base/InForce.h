@@ -4,8 +4,8 @@
 
 namespace varnith {
 
-// Puts an object in force for a scope, in the place of the one that its class has by default. So a test puts a
-// double between the program and the system. REQUIRES: made and dropped in pairs, like brackets.
+// Puts an object in force for a scope, in the place of the one that its class has by default. So a test puts
+// a double between the program and the system. REQUIRES: made and dropped in pairs, like brackets.
 template <class T>
 class InForce {
   public:

@@ -1,7 +1,10 @@
 #include "platform/files/FolderItem.h"
 
+#include <memory>
 #include <sstream>
 #include <utility>
+
+#include <glib.h>
 
 #include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
@@ -58,9 +61,8 @@ void FolderItem::SetName(const std::string& name) {
 }
 
 std::string FolderItem::ShellPath() const {
-    std::string quoted = "'";
-    for (const char c : AbsolutePath()) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    return quoted + "'";
+    const std::unique_ptr<gchar, void (*)(gpointer)> quoted(g_shell_quote(AbsolutePath().c_str()), g_free);
+    return quoted.get();
 }
 
 Ref<FolderItem> FolderItem::Child(const std::string& name) {

@@ -43,7 +43,8 @@ class Changes {
 
 }  // namespace
 
-pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& output, const FileDescriptor& errors) {
+pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& output,
+                   const FileDescriptor& errors) {
     const Changes changes(output, errors);
     std::vector<char*> pointers;
     for (std::string& argument : arguments) pointers.push_back(argument.data());

@@ -5,9 +5,9 @@
 
 namespace varnith {
 
-// Opens a document or folder in the application that the desktop assigns to it, and brings that one to the front if
-// asked for. The item itself is never run, whatever its mode says. Failure is silent.
-// REQUIRES: item is not nil (NilObjectException).
+// Opens a document or folder in the application that the desktop assigns to it, and brings that one to the
+// front if asked for. The item itself is never run, whatever its mode says. Failure is silent. REQUIRES: item
+// is not nil (NilObjectException).
 void LaunchDocument(const Ref<FolderItem>& item, bool to_front);
 
 }  // namespace varnith
