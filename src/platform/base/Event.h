@@ -8,11 +8,12 @@
 
 namespace varnith {
 
-// Runs the slot of an event, if there is one, inside the guard of event handlers. The slot may drop its owner, which
-// lives until it has ended, and may put another slot in its own place. The owner may be null. Returns what the slot
-// does; without one, or when an exception leaves it, the plain value of the type.
+// Runs the slot of an event, if there is one, inside the guard of event handlers. The slot may drop its
+// owner, which lives until it has ended, and may put another slot in its own place. The owner may be null.
+// Returns what the slot does; without one, or when an exception leaves it, the plain value of the type.
 template <class Result, class... Parameters, class... Arguments>
-Result RunSlot(RefCounted* owner, const std::function<Result(Parameters...)>& slot, Arguments&&... arguments) {
+Result RunSlot(RefCounted* owner, const std::function<Result(Parameters...)>& slot,
+               Arguments&&... arguments) {
     if (!slot) return Result();
     const Ref<RefCounted> alive(owner);
     const auto handler = slot;
