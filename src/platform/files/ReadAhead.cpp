@@ -114,16 +114,17 @@ void ReadAhead::Take() {
 // look along the way costs time, so it is done for many questions together.
 void ReadAhead::AskOn() {
     const std::size_t listed = *listed_;
-    if (taken_ < MostAhead / 4 && listed == listed_before_ && !Front<Rest>()) return;
+    if (taken_ < most_ / 4 && listed == listed_before_ && !Front<Rest>()) return;
     taken_ = 0;
     listed_before_ = listed;
+    most_ = MostToAsk();
     std::size_t ahead = 0;
-    for (auto piece = way_.begin(); piece != way_.end() && ahead < MostAhead; ++piece) {
+    for (auto piece = way_.begin(); piece != way_.end() && ahead < most_; ++piece) {
         const auto* folder = std::get_if<FolderQuestion>(&*piece);
         if (folder && !folder->unfolded && folder->answer.IsThere() && folder->answer.Get()->listing)
             Unfold(piece);
         if (!std::holds_alternative<Rest>(*piece)) ++ahead;
-        while (ahead < MostAhead && AskNext(piece)) ++ahead;
+        while (ahead < most_ && AskNext(piece)) ++ahead;
     }
 }
 
@@ -165,6 +166,15 @@ std::size_t ReadAhead::FilesAtOnce() const {
     if (for_each_file_.count() == 0) return 1;
     const auto files = static_cast<std::size_t>(TimeOfRun / for_each_file_);
     return std::clamp<std::size_t>(files, 1, LongestRun);
+}
+
+// As many as are answered well before the first of the answers is too old.
+std::size_t ReadAhead::MostToAsk() const {
+    const auto for_run = for_each_file_ * static_cast<std::int64_t>(FilesAtOnce());
+    const std::size_t at_once = workers_.AtOnce();
+    if (for_run.count() == 0) return MostAhead;
+    const auto in_time = static_cast<std::size_t>(OldestAnswer / 2 / for_run);
+    return std::clamp(at_once * in_time, at_once + 1, MostAhead);
 }
 
 // Listings that are on their way count as much as the largest one so far.

@@ -95,6 +95,7 @@ class ReadAhead : public WalkSource {
     ListingPointer TakeListing(FolderQuestion& question);
     ListingPointer ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question);
     std::size_t FilesAtOnce() const;
+    std::size_t MostToAsk() const;
     bool HasRoomForListing() const;
     void KeepOpen(const std::shared_ptr<const OpenFolder>& folder);
 
@@ -102,7 +103,8 @@ class ReadAhead : public WalkSource {
     PlainDisk plain_;
     Workers workers_;
     Way way_;
-    std::size_t taken_ = 0;  // questions since the last look along the way
+    std::size_t most_ = 0;   // questions that are asked ahead, by the last look along the way
+    std::size_t taken_ = 0;  // questions since that look
     std::shared_ptr<std::atomic<std::size_t>> listed_ = std::make_shared<std::atomic<std::size_t>>(0);
     std::size_t listed_before_ = 0;  // what it was at that look
     std::chrono::nanoseconds for_each_file_{};

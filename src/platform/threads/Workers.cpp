@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace varnith {
 
@@ -68,6 +69,8 @@ struct Workers::State : std::enable_shared_from_this<State> {
     }
 
     void Work() {
+        // The window comes first where the processors are busy.
+        setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), Niceness);
         std::unique_lock lock(mutex);
         while (threads <= AtOnce()) {
             ++idle;
@@ -103,6 +106,8 @@ struct Workers::State : std::enable_shared_from_this<State> {
         elapsed += (taken - elapsed) * weight;
         working += (worked - working) * weight;
     }
+
+    static constexpr int Niceness = 5;
 
     const double processors = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t least;
@@ -155,6 +160,11 @@ void Workers::Wait(const Job& job, std::chrono::milliseconds most) {
     state_->somebody_waits = true;
     state_->answered.wait_for(lock, most, [&] { return job.done.load(); });
     state_->somebody_waits = false;
+}
+
+std::size_t Workers::AtOnce() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->AtOnce();
 }
 
 bool Workers::AnyAtWork() {

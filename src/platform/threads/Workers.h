@@ -41,6 +41,9 @@ class Workers {
         Wait(*answer.job_, most);
     }
 
+    // How many jobs are done at once now.
+    std::size_t AtOnce() const;
+
     // Whether a job of any workers has begun and not ended. Workers that are gone count while it lasts.
     static bool AnyAtWork();
 

@@ -19,11 +19,6 @@ std::int32_t ToWidth(const std::string& text) {
     return width;
 }
 
-const std::string& TextOf(const auto& shared) {
-    static const std::string empty;
-    return shared ? shared->text : empty;
-}
-
 }  // namespace
 
 void Listbox::SetColumns(const std::string& headings, const std::string& widths) {
@@ -70,19 +65,15 @@ void Listbox::MarkRowsChanged(std::int32_t first, std::int32_t last) {
 
 std::string Listbox::Cell(std::int32_t row, std::int32_t column) const {
     if (column == ColumnCount() && row >= 0 && row < ListCount()) return {};
-    return TextOf(At(row, column).texts[static_cast<std::size_t>(column)]);
+    return At(row, column).texts[static_cast<std::size_t>(column)].Text();
 }
 
 void Listbox::SetCell(std::int32_t row, std::int32_t column, const std::string& text) {
     const auto place = static_cast<std::size_t>(column);
-    Ref<SharedText>& cell = Changing(row, column).texts[place];
-    const Ref<SharedText> above = row > 0 ? At(row - 1, column).texts[place] : nullptr;
-    if (text.empty())
-        cell = nullptr;
-    else if (above && above->text == text)
-        cell = above;
-    else
-        cell = MakeRef<SharedText>(text);
+    PackedText& cell = Changing(row, column).texts[place];
+    PackedText::Buffer buffer;
+    const PackedText* above = row > 0 ? &At(row - 1, column).texts[place] : nullptr;
+    cell = above && above->View(buffer) == text ? *above : PackedText(text);
 }
 
 std::int32_t Listbox::CellType(std::int32_t row, std::int32_t column) const {
@@ -102,11 +93,11 @@ void Listbox::SetCellCheck(std::int32_t row, std::int32_t column, bool check) {
 }
 
 std::string Listbox::CellTag(std::int32_t row, std::int32_t column) const {
-    return TextOf(At(row, column).tags[static_cast<std::size_t>(column)]);
+    return At(row, column).tags[static_cast<std::size_t>(column)].Text();
 }
 
 void Listbox::SetCellTag(std::int32_t row, std::int32_t column, const std::string& tag) {
-    Changing(row, column).tags[static_cast<std::size_t>(column)] = MakeRef<SharedText>(tag);
+    Changing(row, column).tags[static_cast<std::size_t>(column)] = PackedText(tag);
 }
 
 void Listbox::SetListIndex(std::int32_t row) {
@@ -143,7 +134,8 @@ std::vector<std::size_t> Listbox::SortedOrder(std::size_t column) const {
     keys.reserve(rows_.Size());
     for (std::size_t row = 0; row < rows_.Size(); ++row) {
         const std::size_t start = bytes.size();
-        AppendNaturalKey(bytes, TextOf(rows_[row].texts[column]));
+        PackedText::Buffer buffer;
+        AppendNaturalKey(bytes, rows_[row].texts[column].View(buffer));
         bytes += rows_[row].checks[column] ? '1' : '0';
         keys.push_back({start, bytes.size() - start, row});
     }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/base/Ref.h"
+#include "platform/base/PackedText.h"
 #include "platform/base/SegmentedVector.h"
 #include "platform/ui/Control.h"
 
@@ -87,16 +88,11 @@ class Listbox : public Control {
     RowRange TakeChangedRows() { return std::exchange(changed_, {}); }
 
   private:
-    struct SharedText : RefCounted {
-        explicit SharedText(std::string t) : text(std::move(t)) {}
-        std::string text;
-    };
-
     struct Row {
-        std::array<Ref<SharedText>, MaxColumns> texts;
+        std::array<PackedText, MaxColumns> texts;
+        std::array<PackedText, MaxColumns> tags;
         std::array<std::uint8_t, MaxColumns> types{};
-        std::array<bool, MaxColumns> checks{};
-        std::array<Ref<SharedText>, MaxColumns> tags;
+        std::bitset<MaxColumns> checks;
     };
 
     const Row& At(std::int32_t row, std::int32_t column) const;
