@@ -12,7 +12,7 @@ class ExcelWritterExtension {
     // each column and one empty field, each followed by a tab, and then a carriage return. Nothing is quoted.
     // Replaces an existing file. Threads run between the cells; each cell has the text of the moment when it
     // is written. Does nothing if the file is nil. Raises NilObjectException if the file can't be created.
-    // Errors in writing are not reported; after one, an existing file is still the old one.
+    // Errors in writing are not reported; OutputFile::Anew tells what they leave of an existing file.
     static void saveAsExcelFile(const Listbox& list, const Ref<FolderItem>& file);
 };
 
