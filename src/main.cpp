@@ -3,7 +3,7 @@
 #include "platform/qt/QtDesktop.h"
 
 int main(int /*argc*/, char** argv) {
-    // The program takes no arguments; Qt, which would read its own from them, is told of none either.
+    // The program takes no arguments. Qt would read options of its own from them, so it gets none.
     int count = 1;
     char* name[] = {argv[0], nullptr};
     varnith::QtDesktop desktop(count, name);

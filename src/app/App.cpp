@@ -23,7 +23,7 @@ void MakeResultsDatabaseIfMissing() {
     Database database;
     const auto file = GetFolderItem("varnth");
     if (file && file->Exists()) return;
-    // Asked for anew: the folder may have come back while the item was nil.
+    // Looked up again: the first item is nil if the folder was missing, and the folder may be back by now.
     database.SetDatabaseFile(GetFolderItem("varnth"));
     if (database.CreateDatabaseFile())
         database.SQLExecute(

@@ -6,21 +6,22 @@
 
 namespace varnith {
 
-// The application object. It sees to what has to be there before the first window opens, and decides which
-// failures the program lives on with.
+// The application object. It prepares what the program needs before its first window opens, and decides which
+// exceptions the program survives.
 class App : public Application {
   public:
     App();
 
-    // The one App. REQUIRES: it has been made.
+    // The only App. REQUIRES: it has been created.
     static App& Instance();
 
-    // Fired once, when the run loop starts. Makes the results database beside the application if it is
-    // missing; an existing file is taken as it stands. Removes what the last update has left behind, tells
-    // the settings where their file is, and asks for a newer version. Failure is silent.
+    // Called once, when the run loop starts. Creates the results database beside the application if it is
+    // missing, and leaves an existing file alone. Removes what the last update left behind, sets the path of
+    // the settings file and starts the check for a newer version. Failures are silent.
     void Event_Open() override;
 
-    // True for the failures that end nothing but the handler or thread in which they arose.
+    // True for the exceptions that end only the event handler or thread that threw them. Any other exception
+    // ends the program.
     bool Event_UnhandledException(const std::exception& error) override;
 };
 

@@ -80,7 +80,7 @@ void MainWindow::Event_Close() {
 bool MainWindow::Event_KeyDown(const std::string& key) {
     if (Keyboard::IsCloseShortcut(key)) {
         Close();
-        // Closing quits already; to ask for it twice is without effect.
+        // Event_Close has already quit the program. A second Quit has no effect.
         Quit(0);
     }
     return false;

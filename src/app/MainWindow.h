@@ -21,20 +21,21 @@ namespace varnith {
 class Class1;
 class Item;
 
-// The window in which all the work is done. Its frame is here; the methods that belong to a subsystem live
-// in that subsystem's folder, as noted. Listbox1 is the program's one store of results: no model stands
-// behind it.
+// The main window. app/ implements its layout, keys and menus. The methods of a subsystem are implemented in
+// that subsystem's folder, as noted below. Listbox1 is the only store of the results: there is no separate
+// model.
 class MainWindow : public SingleWindow<MainWindow> {
   public:
     MainWindow();
 
-    // previewon, word and folderdrill are part of the window's interface, and used by nothing in here.
+    // Nothing in the program uses previewon, word and folderdrill. They are part of the window's interface.
     bool previewon = false;
     std::vector<Ref<Item>> word;
-    // The types that occur in the list, each with the rows that have it; nil until the first scan has ended.
+    // The type index: each file type in the list, with the rows that have it. Nil until the first scan has
+    // ended.
     Ref<Dictionary<Ref<Item>>> words;
     bool folderdrill = false;
-    // The running row number of the recursive scan, written to the rows' tags. It starts anew in each folder.
+    // The number that the recursive scan writes into the tag of the next row. Each folder sets it to 1.
     std::int32_t k = 0;
 
     Listbox Listbox1;
@@ -45,12 +46,12 @@ class MainWindow : public SingleWindow<MainWindow> {
     CheckBox CheckBox4;
     // The scan thread.
     Ref<Class1> Class11;
-    // The list's menu, which ticks.
+    // The list's context menu, which ticks and unticks all rows.
     ContextualMenu ContextualMenu1;
     PopupMenu PopupMenu1;
     StaticText StaticText16;
 
-    // The entries of the window's menu bar, by name.
+    // The entries of the menu bar. Nil for one that the bar does not have.
     Ref<MenuItem> HelpMenu() const;
     Ref<AppleMenuItem> HelpAbout() const;
     Ref<MenuItem> UntitledSeparator() const;
@@ -64,45 +65,56 @@ class MainWindow : public SingleWindow<MainWindow> {
     void Event_Close() override;
     bool Event_KeyDown(const std::string& key) override;
 
-    // In scan/. The press of "Locate": ends a running scan, asks for a folder and scans it, on the thread
-    // with "Include Subfolders" ticked, otherwise in this handler.
+    // Implemented in scan/.
+
+    // Handles a press of "Locate": ends a running scan, asks for a folder and scans it. With "Include
+    // Subfolders" ticked the scan runs on the scan thread, otherwise in this handler.
     void PushButton2_Action();
-    // Walks a folder and all below it and appends a row for each file taken. REQUIRES: folder is not nil.
+    // The recursive scan: appends a row for each file that it takes in the folder and below it.
+    // REQUIRES: folder is not nil (NilObjectException).
     void loadfolder(const Ref<FolderItem>& folder);
-    // Asks for a folder and appends a row for each entry of its own that is taken.
+    // The flat scan: asks for a folder and replaces the list by a row for each entry that it takes.
     void Singlefolder();
 
-    // In results/. Rebuilds the type index from the rows and refills the popup with it.
+    // Implemented in results/.
+
+    // Rebuilds the type index from the rows and fills the filter popup with its types.
     void ReadList();
-    // Hands the type of one row to the index; line_number counts from 1.
+    // Adds the type of one row to the type index. line_number is the row's number, from 1.
     void AddLine(const std::string& line, std::int32_t line_number);
-    // Records one occurrence in the index. A word of one character is not recorded.
+    // Adds one occurrence of a type to the type index. Does nothing for a type of fewer than two characters.
+    // REQUIRES: `words` is not nil (NilObjectException).
     void AddWord(const std::string& type, std::int32_t line_number);
-    // Replaces what the results database holds by the rows of the list. Failure is silent.
+    // Replaces the rows of the results database by those of the list. Failures are silent.
     void savetodb();
-    // A press in the list; always false, so the list goes on with it. The contextual one opens the menu
-    // first.
+    // Handles a press in the list, with x and y in pixels from its top left. Opens the context menu if the
+    // press asks for it. Always returns false, so that the list handles the press as well.
     bool Listbox1_MouseDown(std::int32_t x, std::int32_t y);
-    // Opens the file of the highlighted row in the desktop's application for it, or says that it isn't there.
+    // Opens the file of the highlighted row in the desktop's application for it, or shows "File not found".
+    // Raises OutOfBoundsException if no row is highlighted, and NilObjectException if the file's folder is
+    // gone.
     void Listbox1_DoubleClick();
+    // Fills the context menu.
     void ContextualMenu1_Open();
-    // Sets the ticks of all rows as the entry of that text says.
+    // Ticks, unticks or inverts all rows. `entry` is the text of the chosen menu entry.
     void ContextualMenu1_Action(const std::string& entry);
-    // The pick of a type: the list is made anew of the saved rows of that type. Without any it stays.
+    // Handles a pick in the filter: replaces the list by the saved rows of the picked type. The list stays as
+    // it is if there are none or the database can't be read.
     void PopupMenu1_Change();
 
   private:
     void Layout();
     void CreateControls();
     void _CreateControls0();
-    // In scan/, so that the window needs nothing of it.
+    // Implemented in scan/, so that app/ does not depend on scan/.
     void CreateScanThread();
     void AddMenuHandlers();
+    // The handlers of the menu entries. Each returns true: the command is handled.
     bool _HelpAbout_Action();
-    // In support/.
+    // Implemented in support/.
     bool _HelpSupport_Action();
     bool _HelpVisitWebsite_Action();
-    // In export/. Shows the export window.
+    // Implemented in export/.
     bool _FileExport_Action();
 
     template <class T>

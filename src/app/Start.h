@@ -6,20 +6,21 @@
 
 namespace varnith {
 
-// The program's start sequence: the application with its menu bar, the first window, the run loop. Returns
-// the exit status when the program has quit. REQUIRES: a desktop is in force.
+// Runs the program: creates the application with its menu bar and the first window, then runs the event loop
+// until the program quits. Returns the exit status, which is 1 if an exception ended the start. REQUIRES: the
+// Desktop to run on is in force (InForce<Desktop>).
 int _Main();
 
-// The program declares no file types of its own.
+// A step of the start that does nothing: the program declares no file types.
 void _InitFileTypes();
 
-// Makes the App, which is the current application from then on.
+// Creates the App with its menu bar and makes it the current application. The caller owns it.
 std::unique_ptr<App> _NewAppInstance();
 
-// The application as such handles no menu entries; MainWindow does.
+// A step of the start that does nothing: MainWindow handles the menu entries, not the application.
 void _ApplicationAddMenuHandlers();
 
-// Makes MainWindow, the only window that opens by itself.
+// Creates MainWindow, the only window that every start opens.
 void _MakeDefaultView();
 
 }  // namespace varnith

@@ -5,13 +5,14 @@
 
 namespace varnith {
 
-// What lists can do for the export as a spreadsheet.
+// The spreadsheet export of a list.
 class ExcelWritterExtension {
   public:
-    // Writes all rows of a list, ticked or not, to a file that spreadsheet programs open, made anew: the
-    // texts of the columns, each followed by a tab, then one empty field more, and a carriage return behind
-    // each row. Nothing is quoted. The list is read as it stands at each cell, whatever becomes of it
-    // meanwhile. A nil file does nothing; one that can't be made raises NilObjectException.
+    // Writes all rows of a list, ticked or not, as text that spreadsheet programs open. A row is the text of
+    // each column and one empty field, each followed by a tab, and then a carriage return. Nothing is quoted.
+    // Replaces an existing file. Threads run between the cells; each cell has the text of the moment when it
+    // is written. Does nothing if the file is nil. Raises NilObjectException if the file can't be created.
+    // Errors in writing are not reported; OutputFile::Anew tells what they leave of an existing file.
     static void saveAsExcelFile(const Listbox& list, const Ref<FolderItem>& file);
 };
 

@@ -29,7 +29,7 @@ Exporter::Exporter() {
 
     AddControl(EditField1, {22, 97, 127, 22}, {}, 2);
 
-    // The same place in the order as the popup, behind which it was made: Tab goes from one to the other.
+    // Has the popup's tab index and was added after it, so Tab goes from the popup to this button.
     AddControl(PushButton1, {88, 131, 80, 20}, {}, 4);
     PushButton1.SetCaption("Save");
     PushButton1.SetDefault(true);

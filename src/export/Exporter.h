@@ -12,8 +12,8 @@
 
 namespace varnith {
 
-// The window in which the user picks an export format and saves the main window's list in it. It stands
-// beside the main window, which can be used meanwhile. A save closes it; nothing of it is kept.
+// The window in which the user chooses an export format and saves the main window's list. The main window can
+// be used while it is open. A save closes it, and its settings are not kept.
 class Exporter : public SingleWindow<Exporter> {
   public:
     Exporter();
@@ -21,22 +21,24 @@ class Exporter : public SingleWindow<Exporter> {
     StaticText StaticText1;
     PopupMenu PopupMenu1;
     StaticText StaticText2;
-    // The separator of "Text Document"; the other formats have their own.
+    // The separator for "Text Document". The other formats ignore it.
     EditField EditField1;
     PushButton PushButton1;
 
     void Event_Open() override;
     bool Event_KeyDown(const std::string& key) override;
 
-    // The press of "Save": asks for the file, writes it, opens its folder and closes the window. Without a
-    // format, without a file, and with one that can't be made, nothing happens and the window stays.
+    // Handles a press of "Save": asks for the file, writes it, opens its folder and closes the window. The
+    // window stays open if no format is chosen, if the user cancels, and if the file can't be created; a
+    // spreadsheet that can't be created also raises NilObjectException.
     void PushButton1_Action();
 
   private:
-    // The places of the formats in PopupMenu1.
+    // The formats, by their index in PopupMenu1.
     enum Format : std::int32_t { SelectType, ExcelSpreadsheet, TextDocument, TabDelimited };
 
-    // Writes the list. False for a text file that can't be made; the spreadsheet raises NilObjectException.
+    // Writes the list to the file. If the file can't be created it returns false for a text, and raises
+    // NilObjectException for a spreadsheet.
     bool Write(Format format, const Ref<FolderItem>& file) const;
 };
 

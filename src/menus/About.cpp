@@ -12,12 +12,12 @@ namespace varnith {
 
 namespace {
 
-// The day of the first release; it stays, whenever the program is built.
+// The date of the first release. Later builds keep it.
 constexpr const char* BuildDate = "2008-06-24";
 
 constexpr std::uint32_t Blue = 0x0000FF;
 
-// The site's host in the form that leaves out its www.
+// The web site's host without "www.".
 std::string ShortHost() {
     constexpr std::string_view Prefix = "www.";
     const std::string& host = BuildSettings::WebServer;
@@ -42,7 +42,7 @@ void About::CreateControls() {
     StaticText2.SetText("Version info goes here");
     AddControl(StaticText3, {9, 194, 287, 20}, top_left, 3);
     StaticText3.SetText("Build Date");
-    // The same place in the order as the date above it: labels take no focus.
+    // Has the same tab index as the date. That has no effect, since labels take no focus.
     AddControl(StaticText4, {9, 226, 287, 20}, top_left, 3);
     StaticText4.SetText("© The Varnith developers");
     StaticText4.MouseDown = [this](std::int32_t x, std::int32_t y) { return StaticText4_MouseDown(x, y); };

@@ -9,7 +9,7 @@
 
 namespace varnith {
 
-// Tells the program's name, version and build date, with three pictures, and leads to the maker's web site.
+// The About window: the program's name, version and build date, three pictures and links to the web site.
 class About : public SingleWindow<About> {
   public:
     About();
@@ -17,7 +17,7 @@ class About : public SingleWindow<About> {
     StaticText StaticText1;
     StaticText StaticText2;
     StaticText StaticText3;
-    // The maker's notice and the address of the web site. A press on either opens the site.
+    // The copyright notice and the address of the web site. A press on either opens the site in the browser.
     StaticText StaticText4;
     StaticText StaticText5;
     Canvas Canvas1;
@@ -27,7 +27,7 @@ class About : public SingleWindow<About> {
     void Event_Open() override;
     bool Event_KeyDown(const std::string& key) override;
 
-    // The place of the press doesn't matter; the rest of the click is left alone.
+    // Open the web site. x and y are not used. Always return false, so that the press is handled as usual.
     bool StaticText4_MouseDown(std::int32_t x, std::int32_t y);
     bool StaticText5_MouseDown(std::int32_t x, std::int32_t y);
 

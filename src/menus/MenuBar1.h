@@ -5,13 +5,13 @@
 
 namespace varnith {
 
-// The application's one menu bar: two menus, six entries. It is made once and never changes; what the
-// entries do lies in MainWindow's handlers.
+// The application's only menu bar: two menus with six entries. It never changes. MainWindow handles its
+// entries.
 class MenuBar1 : public MenuBar {
   public:
     MenuBar1();
 
-    // The one instance, made on first use and kept for the whole run.
+    // The only instance. Created by the first call and kept for the whole run.
     static Ref<MenuBar1> Instance();
 
   private:

@@ -5,16 +5,18 @@
 
 namespace varnith {
 
-// The program's pictures, compiled in, each with its mask. What they tell in a row: files lead to numbers.
+// The program's pictures, each with its mask. They are compiled in. Side by side they say: files lead to
+// numbers.
 class Pictures {
   public:
-    // A stack of pages and how many they are, which is also the application's icon.
+    // A stack of pages with their number. It is also the application's icon.
     static Ref<Picture> file128();
-    // An arrow from the one to the other.
+    // An arrow.
     static Ref<Picture> tooo();
-    // A list of files with the number of pages of each.
+    // A list of files, each with its page count.
     static Ref<Picture> numbers();
 
+    // The masks: the same drawings in black.
     static Ref<Picture> file128_Mask();
     static Ref<Picture> tooo_Mask();
     static Ref<Picture> numbers_Mask();

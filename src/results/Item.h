@@ -8,15 +8,15 @@
 
 namespace varnith {
 
-// The entry of the type index for one type.
+// One file type's entry in the type index of the main window.
 class Item : public RefCounted {
   public:
-    // How many rows have this type.
+    // The number of rows with this type.
     std::int32_t count = 0;
-    // The number of each of these rows, from 1, in the order of the list.
+    // The numbers of these rows, from 1, in the order of the list.
     std::vector<std::int32_t> pos;
 
-    // These numbers as text, joined by "~".
+    // The row numbers as text, joined by "~".
     virtual std::string Positions() const;
 };
 

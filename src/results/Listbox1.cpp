@@ -9,7 +9,7 @@ namespace varnith {
 
 namespace {
 
-// Ticks each row or not, as the rule says for its place. Rows that a scan adds meanwhile are set too.
+// Ticks or unticks each row as `rule` returns for its index. Includes the rows that a scan appends meanwhile.
 template <class Rule>
 void TickAll(Listbox& list, Rule&& rule) {
     for (std::int32_t row = 0; row <= list.ListCount() - 1; ++row) {
@@ -25,8 +25,8 @@ bool MainWindow::Listbox1_MouseDown(std::int32_t /*x*/, std::int32_t /*y*/) {
     return false;
 }
 
-// Without a highlighted row, or with its folder gone, this raises an exception and so ends without a word:
-// there is no file to say of that it was not found.
+// Without a highlighted row, or if the folder is gone, this raises an exception, which App passes over
+// without a message: there is no file to report as not found.
 void MainWindow::Listbox1_DoubleClick() {
     const auto folder = GetFolderItem(Listbox1.Cell(Listbox1.ListIndex(), 3));
     const auto file = folder->Child(Listbox1.Cell(Listbox1.ListIndex(), 1));

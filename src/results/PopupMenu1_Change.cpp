@@ -10,15 +10,18 @@ namespace {
 std::string SelectOf(const std::string& type) {
     const std::string all = "select rowid,name, pagecount, filepath, filetype from preferences";
     if (SameText(type, "All")) return all;
-    // As it stands and in double quotes: the entries of the popup are spellings of two words. The comparison
-    // is exact, so of spellings that share an entry only the one shown is found.
+    // The type needs no escaping: the popup's entries are spellings of "tif" and "tiff". SQLite takes a text
+    // in double quotes as a value where no column has that name (https://sqlite.org/quirks.html, section 8).
+    // The comparison is exact, so where "tif" and "TIF" share an entry, only rows with the shown spelling
+    // match.
     return all + " where filetype=\"" + type + "\"";
 }
 
 void AddRow(Listbox& list, const RecordSet& records) {
     list.AddRow("");
     list.SetCellType(list.LastIndex(), 0, Listbox::TypeCheckBox);
-    // The row's place in the table, and not in the scan as other rows have it; no row is found by either.
+    // Here the tag is the row's id in the table; in the rows of a scan it is the row number. Nothing reads
+    // either.
     list.SetCellTag(list.LastIndex(), 0, records.IdxField(1));
     for (std::int32_t column = 1; column <= 4; ++column)
         list.SetCell(list.LastIndex(), column, records.IdxField(column + 1));
@@ -38,7 +41,7 @@ void MainWindow::PopupMenu1_Change() {
         records->MoveNext();
         Yield();
     }
-    // The file count stays that of the scan: it tells what there is to filter.
+    // The file count stays that of the scan: it says how many rows there are to filter.
 }
 
 }  // namespace varnith

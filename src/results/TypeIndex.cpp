@@ -22,8 +22,8 @@ void MainWindow::ReadList() {
     }
 }
 
-// Copies the line a character at a time, giving way at each: the shape of a text index in which some
-// characters would separate words. Here none does, and the line is one word.
+// This is the loop of a text index, in which some characters end a word. In a type none does, so the whole
+// line is one word.
 void MainWindow::AddLine(const std::string& line, std::int32_t line_number) {
     std::string result;
     const std::int32_t length = Len(line);
@@ -34,7 +34,7 @@ void MainWindow::AddLine(const std::string& line, std::int32_t line_number) {
     if (!result.empty()) AddWord(result, line_number);
 }
 
-// A single character is no word, whoever asks for it; no scan takes a file with such a type.
+// A single character does not count as a word. No scan takes a file with such a type.
 void MainWindow::AddWord(const std::string& type, std::int32_t line_number) {
     if (Len(type) <= 1) return;
     if (words->HasKey(type)) {

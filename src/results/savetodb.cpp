@@ -8,8 +8,8 @@ void MainWindow::savetodb() {
     Database database;
     database.SetDatabaseFile(GetFolderItem("varnth"));
     if (!database.Connect()) return;
-    // In front of the transaction, not in it: a save that is cut short leaves an empty table, not the rows
-    // of an earlier scan.
+    // Before the transaction, not inside it: a save that is cut short leaves an empty table, not the rows of
+    // an earlier scan.
     database.SQLExecute("delete from preferences where rowid>0");
     database.SQLExecute("begin transaction");
     for (std::int32_t row = 0; row <= Listbox1.ListCount() - 1; ++row) {
@@ -22,7 +22,7 @@ void MainWindow::savetodb() {
         Yield();
     }
     database.SQLExecute("end transaction");
-    // Closes what a failed end has left open; otherwise nothing is.
+    // Ends the transaction if the statement above has failed. Otherwise none is open and this does nothing.
     database.Commit();
 }
 

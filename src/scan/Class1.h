@@ -9,14 +9,16 @@
 
 namespace varnith {
 
-// The thread of the recursive scan: walks a folder, then fills the type index, the results database and the
-// window's title and file count. It sits on the main window as one of its controls.
+// The thread of the recursive scan. It walks a folder and fills the main window's list, then rebuilds the
+// type index, saves the rows in the results database and shows the end of the scan in the title and the file
+// count.
 class Class1 : public Thread {
   public:
-    // The folder to walk; nil until the first recursive scan, and kept until the next one.
+    // The folder to scan. Nil until the first recursive scan; then that of the last one.
     Ref<FolderItem> f;
 
-    // What every control of a window has. Nothing of the scan asks for it.
+    // The thread is a member of the window, as controls are, and has these properties in common with them.
+    // Nothing in the program uses them.
     std::int32_t _Index() const { return Index; }
     void _SetIndex(std::int32_t index) { Index = index; }
     Ref<varnith::Window> Window() const { return ownerWindow; }

@@ -11,7 +11,7 @@ void MainWindow::CreateScanThread() {
 }
 
 void MainWindow::PushButton2_Action() {
-    // The only way to stop a scan: it stays stopped, even if the dialog is then cancelled.
+    // This is also the user's only way to stop a scan. It stays stopped even if the user cancels the dialog.
     Class11->Kill();
     if (!CheckBox4.Value()) {
         Singlefolder();

@@ -6,17 +6,17 @@
 
 namespace varnith {
 
-// A routine of its own and not the walk without its subfolders: it takes other entries, touches no title,
-// and its rows stay out of the results database, which keeps those of the last recursive scan.
+// This is not loadfolder without the subfolders: it takes other entries, leaves the title alone and saves
+// nothing, so that the results database keeps the rows of the last recursive scan.
 void MainWindow::Singlefolder() {
     const Ref<FolderItem> selected = SelectFolder();
     if (!selected) return;
     const Ref<FolderItem> folder = selected->ForWalk(FlatWalk);
-    // A folder that has vanished counts as an empty one, and takes the old rows with it.
+    // A folder that has vanished since the choice counts as empty. The old rows go in either case.
     const std::int32_t entries = folder->Count();
     Listbox1.DeleteAllRows();
     EditField1.SetText(folder->AbsolutePath());
-    // An empty folder leaves the file count and the types of the scan before it.
+    // After an empty folder the file count and the filter's types are still those of the previous scan.
     if (entries <= 0) return;
 
     PageCount count;

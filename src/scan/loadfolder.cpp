@@ -9,7 +9,8 @@ void MainWindow::loadfolder(const Ref<FolderItem>& folder) {
     const FileListMBS entries(folder);
     const std::int32_t last = entries.Count() - 1;
     PageCount count;
-    // Each folder numbers its rows from 1, and the folder above goes on from where the one below it ended.
+    // Row numbers restart at 1 in each folder. After a subfolder, its parent goes on from the subfolder's
+    // last number.
     k = 1;
     for (std::int32_t i = 0; i <= last; ++i) {
         const Ref<FolderItem> item = entries.Item(i);
@@ -17,7 +18,7 @@ void MainWindow::loadfolder(const Ref<FolderItem>& folder) {
             loadfolder(item);
         } else if (entries.Visible(i)) {
             const NameParts name(item->DisplayName());
-            // Files that aren't taken show too: a long way through them is no standstill.
+            // Shows skipped files as well, so that a long run of them does not look like a standstill.
             SetTitle("Processing Item: " + item->Name());
             if (IsTakenRecursively(name)) {
                 count.Read(item);

@@ -6,7 +6,7 @@ namespace varnith {
 
 namespace {
 
-// A text as it stands between single quotes in a statement.
+// Escapes a text for use between single quotes in a statement.
 std::string Quotable(const std::string& text) {
     return ReplaceAll(text, "'", "''");
 }
@@ -39,7 +39,7 @@ std::string Prefs::Value(const std::string& name, bool prefix_wanted, const std:
     const std::string found_name = found->Field("name");
     const std::string value = found->Field("value");
     found->Close();
-    // A row without a name is no setting: a name of no letters always has its default.
+    // The name is empty where no row was found. So a setting with an empty name always has its default.
     return found_name.empty() ? missing : value;
 }
 

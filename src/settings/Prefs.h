@@ -9,26 +9,25 @@
 
 namespace varnith {
 
-// Named text values that are kept between runs, in a SQLite file. Names are exact: those that differ only in
-// case are two. With `prefix_wanted` the name is stored with the program's prefix in front, so callers give
-// the bare name. Nothing is reported: without a file that can be used, reads give the default and what is
-// written is lost, and each call tries to open the file anew. A table that can't be read raises
-// NilObjectException.
+// Named text values that are kept between runs, in an SQLite file. Names are case-sensitive. With
+// `prefix_wanted` the program's prefix is put before the name. Names and values are texts without a NUL. If
+// the file can't be opened, reads return the default and writes are lost, without an error; the next call
+// tries to open it again. A table that can't be read raises NilObjectException.
 class Prefs {
   public:
-    // The settings file, which need not exist. Nil until the application has opened.
+    // The settings file, which need not exist. Nil until App::Event_Open has set it.
     static Ref<FolderItem> file;
-    // The open connection. Nil until the first read or write that succeeds in opening it; then it stays.
+    // The open database. Nil until a read or a write has opened it; then it stays open.
     static std::unique_ptr<Database> db;
 
-    // Opens the file, and makes it with its table if it is missing. One that exists is taken as it stands.
+    // Opens the database if it isn't open. Creates the file and its table if the file is missing, and leaves
+    // an existing file alone.
     static void OpenPreferences();
 
-    // The value of a name; the default if it was never written or is empty. An empty value is a value.
-    // Names and values are any texts without a NUL.
+    // The value of a setting, or `missing` if it was never written. An empty value counts as written.
     static std::string Value(const std::string& name, bool prefix_wanted, const std::string& missing);
 
-    // Writes the value of a name over the one it had.
+    // Sets the value of a setting.
     static void SetValue(const std::string& name, bool prefix_wanted, const std::string& value);
 };
 
