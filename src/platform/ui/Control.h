@@ -38,7 +38,7 @@ constexpr std::int32_t SystemTextSize = 13;
 
 // The base class of all controls. A control holds its state and its event slots (std::function members) and
 // needs no window system; while its window is open, a view shows it. The view reports the user's actions by
-// calling the same operations that a test calls. All texts are UTF-8.
+// calling the same operations that a test calls. Texts are UTF-8, but a file name in one may hold any bytes.
 class Control : public Observed {
   public:
     virtual ~Control() = default;
