@@ -77,8 +77,9 @@ class Server {
 
 void RaiseWindowsOf(std::int64_t process) {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
-        return TraceFailure("raise the windows of a process", std::to_string(process), "this is not X11");
+    // Qt's offscreen platform has the interface, but no connection.
+    if (!x11 || !x11->connection())
+        return TraceFailure("raise the windows of process", std::to_string(process), "this is not X11");
     const Server server(x11->connection());
     for (const std::uint32_t window : server.AllWindows())
         if (server.Belongs(window, process)) server.Activate(window);
