@@ -11,8 +11,8 @@
 #include "platform/base/InForce.h"
 #include "platform/ui/Desktop.h"
 
-// The program without a display: its main window is there, and a work is done with it in place of the event
-// loop. A dialog that asks for a file is answered with a file beside the program.
+// Runs the program without a display: opens its main window and calls a function with it in place of the
+// event loop. A file dialog answers with a file next to the program.
 class BenchDesktop : public varnith::Desktop {
   public:
     explicit BenchDesktop(std::function<void(varnith::MainWindow&)> work) : work_(std::move(work)) {}
@@ -40,7 +40,7 @@ inline int WithMainWindow(std::function<void(varnith::MainWindow&)> work) {
     return varnith::_Main();
 }
 
-// Rows as a scan appends them, 500 of a folder after each other.
+// Appends rows as a scan does, 500 for each folder.
 inline void Fill(varnith::Listbox& list, std::int32_t rows) {
     for (std::int32_t row = 0; row < rows; ++row) {
         list.AddRow("");

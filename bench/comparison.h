@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-// What the programs that measure a routine share: each prints a line for each run and comparison, which are
-// the name, the seconds of the program's own work and those of what it is compared with, separated by tabs.
+// Shared by the programs that measure a routine. They print a line for each run and comparison: the name, the
+// seconds of Varnith's code and the seconds of what it is compared with, separated by tabs.
 template <class Work>
 double SecondsOf(Work&& work) {
     const auto start = std::chrono::steady_clock::now();
@@ -24,7 +24,7 @@ void Compare(const std::string& name, Work&& work, Bare&& bare) {
     Print(name, seconds, SecondsOf(bare));
 }
 
-// Keeps the compiler from leaving out a work whose outcome nobody uses.
+// Keeps the compiler from optimising away work whose result is unused.
 template <class T>
 void Use(const T& value) {
     asm volatile("" : : "r"(&value) : "memory");

@@ -8,11 +8,12 @@
 #include "comparison.h"
 #include "platform/base/SegmentedVector.h"
 
-// The array that holds the rows of the list, against the standard library's that moves no element either.
+// Compares SegmentedVector, which holds the rows of the list, with std::deque, which doesn't move its
+// elements either.
 //   containers ROWS RUNS
 namespace {
 
-// As large as a row: handles of its texts and their kinds.
+// As large as a row of the list: handles of its texts and their types.
 struct Row {
     std::array<void*, 10> texts{};
     std::array<std::uint8_t, 10> kinds{};

@@ -1,8 +1,8 @@
 #include <QApplication>
 #include <QLabel>
 
-// The least that a window program of the same toolkit does before its window is shown. With a text as
-// argument the window shows that, which makes the toolkit look for fonts.
+// The lower bound for the start of a program: one that only shows an empty window with Qt. With an argument
+// the window shows it as text, so that Qt has to look for fonts too.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QLabel window(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());

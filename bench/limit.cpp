@@ -20,18 +20,19 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-// The limit that the program is measured against: threads, one if not said otherwise, that walk a tree and of
-// each .tif file do the least that counts its pages, which is open, pread along the chain of directories, and
-// close. Nothing is drawn, kept or saved.
+// The lower bound ("the limit") for a scan: walks a tree and does for each .tif file the least that counts
+// its pages, which is open, pread along the chain of directories, and close. Shows, keeps and saves nothing.
+// Uses one thread unless told otherwise.
 namespace {
 
 class Pages {
   public:
     explicit Pages(int file) : file_(file) {}
 
-    // TIFF 6.0, section 2: the header leads to the first directory, each directory to the next, the last to
-    // 0. BigTIFF has wider counts, entries and links. Nothing for what has no such header. A chain that
-    // breaks off has the pages before the break, one that comes back upon itself each page once.
+    // TIFF 6.0, section 2: the header has the offset of the first directory, each directory that of the next,
+    // the last one 0. BigTIFF has wider counts, entries and offsets. Returns nullopt if there is no such
+    // header. If the chain breaks off, counts the pages before the break; if it returns to an earlier page,
+    // counts each page once.
     std::optional<std::int64_t> Count() {
         const auto order = Value<std::uint16_t>(0);
         if (order != 0x4949 && order != 0x4d4d) return std::nullopt;
@@ -46,8 +47,8 @@ class Pages {
     }
 
   private:
-    // A chain that only leads on through the file has no ring, so nothing of it is kept. Nothing for one that
-    // leads back anywhere.
+    // Counts a chain whose offsets only rise. Such a chain has no loop, so the visited offsets needn't be
+    // kept. Returns nullopt if an offset leads back.
     std::optional<std::int64_t> CountForward(std::uint64_t place) {
         std::int64_t pages = 0;
         for (; place != 0; ++pages) {
@@ -109,8 +110,8 @@ class Pages {
 
 struct Options {
     int threads = 1;
-    std::size_t every = 1;  // only each so-manyth folder of the topmost one is walked
-    bool list = false;      // prints the count of each file that can be opened
+    std::size_t every = 1;  // walk only each Nth folder of the top folder
+    bool list = false;      // print the count of each file that can be opened
     std::string folder;
 };
 
@@ -129,7 +130,7 @@ void CountFile(const std::string& path, const Options& options, Totals& totals) 
     if (options.list && pages) std::printf("%s\t%jd\n", path.c_str(), static_cast<std::intmax_t>(*pages));
 }
 
-// Counts the files of a folder, and returns its folders.
+// Counts the files of a folder and returns its subfolders.
 std::vector<std::string> CountFolder(const std::string& folder, const Options& options, Totals& totals) {
     struct Entry {
         std::string name;
@@ -151,7 +152,7 @@ std::vector<std::string> CountFolder(const std::string& folder, const Options& o
     return folders;
 }
 
-// The folders still to be walked, which all threads take from one heap.
+// Walks the waiting folders. All threads take them from one stack.
 class Walk {
   public:
     Walk(std::vector<std::string> folders, const Options& options)

@@ -16,8 +16,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// Makes the files that the benchmarks count. They are written as bytes, which takes seconds where a library
-// takes minutes: small bilevel pages, eight pixels wide and one high, in both byte orders.
+// Makes the files that the benchmarks count: small bilevel pages, eight pixels wide and one high, in both
+// byte orders. Writes them byte by byte instead of by libtiff, since some tables need a million.
 namespace {
 
 namespace fs = std::filesystem;
@@ -34,7 +34,7 @@ void Append(std::string& bytes, T value, Order order) {
     bytes.append(raw.data(), raw.size());
 }
 
-// The tags of a bilevel image (TIFF 6.0, section 3) that says of itself that it is a page of several.
+// The tags of a bilevel image (TIFF 6.0, section 3) that is marked as one page of several.
 struct Tag {
     std::uint16_t number;
     std::uint16_t type;
@@ -61,8 +61,8 @@ void AppendTag(std::string& bytes, const Tag& tag, std::uint32_t value, Order or
     }
 }
 
-// Each page is its one byte of image data, one to fill up, its directory, and the link to the next page's.
-// The link of the last page is 0 in a file that is whole.
+// Each page is one byte of image data, a padding byte, its directory and the offset of the next page's
+// directory. In an intact file the last offset is 0.
 std::string TiffBytes(int pages, Order order, std::uint32_t last_link = 0) {
     std::string bytes = order == Order::LittleEndian ? "II" : "MM";
     Append<std::uint16_t>(bytes, 42, order);
@@ -78,7 +78,7 @@ std::string TiffBytes(int pages, Order order, std::uint32_t last_link = 0) {
     return bytes;
 }
 
-// The ways in which files are damaged, by turns.
+// A damaged file. `way` selects the damage.
 std::string DamagedBytes(int way, int pages, Order order) {
     switch (way % 5) {
         case 0: {  // cut off in the last directory
@@ -113,7 +113,8 @@ fs::path ScanIn(const fs::path& box, int number) {
     return box / ("scan " + std::to_string(number) + ".tif");
 }
 
-// Files of 1 to 8 pages in folders of the same size. One in so many is damaged, or none if that is 0.
+// Makes files of 1 to 8 pages in folders of `each` files. One in `one_in` files is damaged; none if that is
+// 0.
 void MakeBoxes(const fs::path& tree, int folders, int each, int one_in) {
     for (int folder = 0; folder < folders; ++folder) {
         const fs::path box = BoxIn(tree, folder);
@@ -128,8 +129,8 @@ void MakeBoxes(const fs::path& tree, int folders, int each, int one_in) {
     }
 }
 
-// The same tree of hard links to some hundred files, which takes a tenth of the time and of the disk. No file
-// gets as many links as a file system allows, which is 65,000 on ext4.
+// The same tree, as hard links to some hundred files, which saves time and disk space. Each of these files
+// gets fewer links than a file system allows, 65,000 on ext4.
 void MakeLinks(const fs::path& tree, int folders, int each) {
     constexpr int Sources = 400;
     const fs::path hidden = tree / ".sources";
@@ -144,7 +145,7 @@ void MakeLinks(const fs::path& tree, int folders, int each) {
     }
 }
 
-// One link that the system resolves for each file that is counted, all to one file.
+// Makes symbolic links, all to one file.
 void MakeAliases(const fs::path& tree, const fs::path& target, int links) {
     fs::create_directories(tree);
     for (int i = 0; i < links; ++i) fs::create_symlink(fs::absolute(target), ScanIn(tree, i));
@@ -154,8 +155,8 @@ void Check(bool done) {
     if (!done) throw std::system_error(errno, std::generic_category());
 }
 
-// Folders in each other, each with a file. No path reaches the lowest of them, so each is made from the one
-// above.
+// Makes folders nested in each other, each with a file. The path of the deepest is too long for a system
+// call, so each folder is made relative to its parent.
 void MakeNest(const fs::path& tree, int depth) {
     fs::create_directories(tree);
     const std::string bytes = TiffBytes(1, Order::LittleEndian);

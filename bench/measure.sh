@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2034
-# What the tables share: their sizes and files, the window that is measured, and the lines of figures. To be
-# sourced by a table, which bench/run starts after the build.
+# Shared by the tables: their sizes and files, the measured window, and the lines of figures. A table sources
+# it. bench/run builds the programs before it starts a table.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 repository=$PWD
@@ -18,18 +18,19 @@ is_small() {
     [ "${BENCH_SIZE:-}" = small ]
 }
 
-# The size of something in the whole table, or in a small one.
+# Prints the first argument in a table of the full size, the second in a small one.
 size() {
     if is_small; then echo "$2"; else echo "$1"; fi
 }
 
-# Ends the table with a line that says why there are no figures.
+# Ends the table with a line that says why it has no figures.
 skip() {
     echo "skipped: $*" | tee "$place/figures/$table"
     exit 0
 }
 
-# Makes files by make-tree unless an earlier run has made the same.   corpus KIND NAME ARGUMENT...
+# Makes files with make-tree, unless an earlier run has made the same.
+#   corpus KIND NAME ARGUMENT...
 corpus() {
     local path=$place/$2
     if [ "$(cat "$path.made" 2>/dev/null)" != "$*" ]; then
@@ -40,7 +41,8 @@ corpus() {
     fi
 }
 
-# The tree of small files, 1 % of them damaged, that several tables go through. Sets tree_files.
+# Makes the tree of small files that several tables use. 1 % of the files are damaged. Sets tree_files to
+# their number.
 corpus_of_small_files() {
     local folders each=500
     folders=$(size 400 1)
@@ -48,14 +50,15 @@ corpus_of_small_files() {
     corpus boxes tree "$folders" $each 100
 }
 
-# The figures that were taken, by name, with spaces between those of each run.
+# The measured figures by name. A value has one figure for each run, separated by spaces.
 declare -A figures
 
 note() {
     figures[$1]+=" $2"
 }
 
-# Runs the limit and notes NAME.seconds and NAME.processor.   run_limit NAME [-t THREADS] [-e EVERY] FOLDER
+# Runs the limit (limit.cpp) and notes NAME.seconds and NAME.processor.
+#   run_limit NAME [-t THREADS] [-e EVERY] FOLDER
 run_limit() {
     local name=$1 line
     line=$("${around_limit[@]}" "$programs/limit" "${@:2}")
@@ -63,13 +66,14 @@ run_limit() {
     note "$name.seconds" "${BASH_REMATCH[1]}"
     note "$name.processor" "${BASH_REMATCH[2]}"
 }
-# What the limit is started by, and what the program's environment has besides.
+# A command that runs the limit, and additional environment variables for the program. Tables may set them.
 around_limit=()
 around_window=()
 
 open_window() {
     [ -n "${screen_folder:-}" ] || start_screen 1280x1024
-    # A program of one's own, so that the results beside it are not the user's.
+    # Uses a copy of the program, so that the user's results, which are next to the program, aren't
+    # overwritten.
     rm -rf "$place/Varnith.app" "$place/varnth" "$place/turns"
     cp -a build/release/Varnith.app "$place/"
     HOME=$place start_program env LD_PRELOAD="$programs/libturns.so" BENCH_TURNS="$place/turns" \
@@ -83,7 +87,7 @@ close_window() {
     wait "$program_pid" || true
 }
 
-# A value of the program's status, in KiB, such as RssAnon.
+# Prints a value of /proc/PID/status of the program in KiB, for example of RssAnon.
 status_of_program() {
     awk -v key="$1:" '$1 == key { print $2 }' "/proc/$program_pid/status"
 }
@@ -92,13 +96,13 @@ processor_of_program() {
     awk -v ticks="$(getconf CLK_TCK)" '{ sub(/.*\) /, ""); print ($12 + $13) / ticks }' "/proc/$program_pid/stat"
 }
 
-# Sets line to the next that xprop tells. It ends when its window does.
+# Sets line to the next line that xprop prints. xprop ends when its window does.
 next_line() {
     read -r -t "$patience" -u "$1" line || { echo "The window has told nothing in $patience seconds, or is gone." >&2; return 1; }
 }
 
-# Accepts the folder dialog and waits until the scan has ended. Sets start and end. The window system tells of
-# each new title, so there is no looking again and again, which would take from what is measured.
+# Accepts the folder dialog and waits until the scan has ended. Sets start and end. xprop reports each new
+# title by itself; polling would take processor time from the program.
 accept_and_wait() {
     local titles line spy
     exec {titles}< <(exec xprop -spy -id "$main_window" _NET_WM_NAME)
@@ -112,10 +116,15 @@ accept_and_wait() {
     exec {titles}<&-
 }
 
-# Scans a folder of $place in a program started anew, whose start doesn't count. Of NAME it notes .seconds from
-# the press to " - Finished", .processor in seconds, .gap and .gap99, the longest turn of the event loop and the
-# one that 99 of 100 keep below, in ms, and .grown and .peak, the memory at the end and at most above what the
-# program took before, in KiB.   run_window NAME FOLDER FILES [COMMAND-BEFORE...]
+# Scans FOLDER, in $place, with a newly started program. The start of the program is not measured. Notes
+#   NAME.seconds      from the Return key to " - Finished"
+#   NAME.processor    seconds of processor time
+#   NAME.gap          the longest turn of the event loop, in ms
+#   NAME.gap99        the turn that 99 of 100 turns don't exceed, in ms
+#   NAME.grown        the memory at the end, above that before the scan, in KiB
+#   NAME.peak         the highest memory, above that before the scan, in KiB
+# COMMAND-BEFORE runs just before the scan. Fails unless the scan has saved FILES rows.
+#   run_window NAME FOLDER FILES [COMMAND-BEFORE...]
 run_window() {
     local name=$1 files=$3 memory resident processor saved
     open_window
@@ -147,7 +156,8 @@ note_gaps() {
     note "$1.gap99" "$(awk '{ gap[NR] = $1 } END { print gap[int((NR * 99 + 99) / 100)] }' <<<"$gaps")"
 }
 
-# Runs a program that compares by itself, and notes the pairs that it prints. Sets compared to their names.
+# Runs a program that does its own comparisons and notes the figures that it prints as NAME.ours and
+# NAME.theirs. Sets compared to the names.
 note_comparisons() {
     local name ours theirs
     "$@" >"$place/comparisons"
@@ -169,9 +179,10 @@ line_of() {
     printf '%-46s %-48s %11s %11s %8s %-16s %6s %s\n' "$@"
 }
 
-# Prints a line of the table and keeps it for the results. The ratio is of the medians, its spread that of the
-# runs one by one. Without THEIRS the target is one of the figure itself. A target is the most that is allowed,
-# or the least if it begins with ">"; it may be empty, and small tables have none.
+# Prints a line of the table and stores it for the results. OURS and THEIRS are names of figures. The ratio is
+# of their medians; the spread is the lowest and the highest ratio of single runs. Without THEIRS, the spread
+# and the target are of the figure itself. TARGET is the highest allowed value, or the lowest if it starts
+# with ">". It may be empty, and is ignored in small tables.
 #   row WHAT AGAINST UNIT TARGET OURS [THEIRS]
 row() {
     local line fields target=$4

@@ -9,14 +9,15 @@
 #include "platform/files/FileSystem.h"
 #include "platform/files/TiffPages.h"
 
-// What a page of a long file costs to count, against a page of a short one.   pages RUNS SHORT-FILE FILE...
+// Measures the time to count a page in a long file, compared with a page in a short one.
+//   pages RUNS SHORT-FILE FILE...
 namespace {
 
 std::int64_t PagesOf(const std::string& path) {
     return varnith::CountPages(varnith::FileSystem::Current().OpenForReading(path)).value_or(0);
 }
 
-// A short file is counted many times over, so that each measure lasts about as long.
+// Counts a short file many times, so that all measurements take about as long.
 double SecondsAPage(const std::string& path) {
     const std::int64_t pages = std::max<std::int64_t>(PagesOf(path), 1);
     const std::int64_t times = std::max<std::int64_t>(100'000 / pages, 1);

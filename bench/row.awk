@@ -1,4 +1,5 @@
-# One line of a table from the figures of its runs; bench/measure.sh tells what the variables are.
+# Prints one line of a table from the figures of its runs. The variables are the arguments of row() in
+# bench/measure.sh; ours and theirs are lists of figures.
 function median(list,    all, n) {
     n = split(list, all)
     sort(all, n)

@@ -14,15 +14,16 @@
 #include "export/Exporter.h"
 #include "platform/base/Text.h"
 
-// What is done to the rows of a long list after a scan, against the bare work: the same rows selected into a
-// vector, ticked in a vector, written from a vector through one buffered stream, and their keys sorted.
+// Measures what the user can do with the rows of a long list after a scan, compared with the bare work:
+// selecting the same rows into a vector, ticking them there, writing them through one buffered stream,
+// sorting their keys.
 //   rows ROWS RUNS
 namespace {
 
 using namespace varnith;
 
 struct BareRow {
-    std::array<std::string, 5> texts;  // the row's number, then as in the list
+    std::array<std::string, 5> texts;  // the row's number, then columns 1 to 4
     bool ticked = false;
 };
 
@@ -70,7 +71,7 @@ void CompareExport(const std::vector<BareRow>& bare, const char* name, std::int3
         name, [&] { Export(format, separator); }, [&] { WriteBare(bare, path, format == 1); });
 }
 
-// The keys by which the list sorts a column, as it stands now, each with its row.
+// A column's sort keys in the current order, each with its row.
 using Keys = std::vector<std::pair<std::string, std::int32_t>>;
 Keys KeysOf(const Listbox& list, std::int32_t column) {
     Keys keys;
@@ -82,7 +83,8 @@ Keys KeysOf(const Listbox& list, std::int32_t column) {
     return keys;
 }
 
-// The columns by turns, so that each is sorted rising and finds the rows in the order of another.
+// Sorts by one column after the other, so that each sort is ascending and starts with the rows in the order
+// of another column.
 void CompareSorting(Listbox& list) {
     for (std::int32_t row = 0; row < list.ListCount(); row += 3) list.SetCellCheck(row, 0, true);
     for (const std::int32_t column : {4, 2, 0, 3, 1}) {

@@ -9,8 +9,9 @@
 #include "bench-window.h"
 #include "comparison.h"
 
-// The save at the end of a scan, against bare inserts of the same rows: one prepared statement, one
-// transaction, in place of the rows that are there.   save ROWS RUNS
+// Measures the save at the end of a scan, compared with bare inserts of the same rows: one prepared statement
+// and one transaction, which replaces the existing rows.
+//   save ROWS RUNS
 namespace {
 
 using namespace varnith;

@@ -11,12 +11,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// Stands in for a mounted share where none can be mounted: preloaded, it lets each call that a program makes
-// below the folder BENCH_SHARE wait for BENCH_WAIT milliseconds. Names and attributes that a listing brought
-// count as known, so a file costs its open and its reads, and a folder its open and its listing.
+// A substitute for a slow mounted share, for machines where none can be mounted. Loaded with LD_PRELOAD, it
+// delays each call below the folder BENCH_SHARE by BENCH_WAIT milliseconds. Names and attributes that a
+// listing has returned count as cached, so a file costs its open and its reads, and a folder its open and its
+// listing.
 namespace {
 
-std::atomic<bool> on_share[65536];  // by descriptor
+std::atomic<bool> on_share[65536];  // index: file descriptor
 
 bool IsOnShare(int descriptor) {
     return descriptor >= 0 && descriptor < 65536 && on_share[descriptor];

@@ -22,15 +22,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// A share far away: a mount that shows a folder for reading, and answers each call when a given time has
-// passed. Any number of calls are under way side by side, as requests to a server are, and no thread sleeps
-// for each: that would cost the processors more than the calls themselves. Names and attributes that a
-// listing brought are believed for a minute, as a client of a server does, so a file that is opened and read
-// costs two calls.
+// A slow share: a read-only FUSE mount of a folder that answers each call after a given delay. Any number of
+// calls may be pending at the same time, like requests to a server. No thread sleeps for a call, because that
+// would use more processor time than the calls themselves. Names and attributes that a listing has returned
+// are cached for a minute, as the client of a file server does, so opening and reading a file costs two
+// calls.
 //   slow-share FOLDER MILLISECONDS MOUNTPOINT
 namespace {
 
-// Does what it is given when the time has passed since then, in order.
+// Runs each function that it is given, in order, when the delay has passed since then.
 class Later {
   public:
     explicit Later(double milliseconds)
@@ -48,7 +48,7 @@ class Later {
 
   private:
     void Work() {
-        // The system would round each wait up by 50 microseconds.
+        // By default the kernel delays each wake-up by up to 50 microseconds.
         prctl(PR_SET_TIMERSLACK, 1UL);
         std::unique_lock lock(mutex_);
         while (true) {
@@ -72,8 +72,8 @@ class Later {
 
 std::unique_ptr<Later> later;
 
-// The paths that have been shown, by the number that the system knows them by. Only answers use them, and
-// those are given one by one.
+// The known paths; the index is the inode number that the kernel has for it. Not locked: only answers use
+// them, and these run one after the other.
 std::vector<std::string> paths(FUSE_ROOT_ID + 1);
 std::unordered_map<std::string, fuse_ino_t> numbers;
 
@@ -167,7 +167,7 @@ void CloseFolder(fuse_req_t request, fuse_ino_t, fuse_file_info* info) {
 void Begin(void*, fuse_conn_info* connection) {
     connection->max_background = 1024;
     connection->congestion_threshold = 1024;
-    // Each listing brings the attributes along.
+    // Makes each listing return the attributes too.
     connection->want &= ~static_cast<unsigned>(FUSE_CAP_READDIRPLUS_AUTO);
 }
 

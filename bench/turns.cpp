@@ -9,9 +9,10 @@
 #include <poll.h>
 #include <unistd.h>
 
-// Preloaded, notes how long each turn of a window program's event loop takes: from where the loop has waited
-// to where it waits again, in which time no key, click or picture is seen to. Each turn is a line in the file
-// that BENCH_TURNS names: when it ended, in seconds since 1970, and its milliseconds.
+// Loaded with LD_PRELOAD, records how long each turn of the event loop takes: from the return of one wait to
+// the start of the next. During a turn the program handles no key or click and draws nothing. Each turn
+// becomes a line in the file BENCH_TURNS: the time of its end in seconds since 1970, and its duration in
+// milliseconds.
 namespace {
 
 timespec woken{};  // zero before the first turn
@@ -21,7 +22,7 @@ double MillisecondsSince(const timespec& earlier, const timespec& now) {
            1e-6 * static_cast<double>(now.tv_nsec - earlier.tv_nsec);
 }
 
-// Others wait on the main thread too, such as the one who asks the window system a question.
+// Other code waits on the main thread too, such as a query to the X server.
 bool IsLoop(const void* caller) {
     static const void* last_loop = nullptr;
     if (gettid() != getpid()) return false;

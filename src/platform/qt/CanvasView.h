@@ -7,11 +7,13 @@
 
 namespace varnith {
 
-// The area of a canvas. The picture is drawn in the pixels of the screen, whatever the desktop's scale.
+// The widget of a Canvas. It renders the picture at the screen's resolution, whatever the desktop's scale
+// factor.
 class CanvasWidget : public QWidget {
   public:
     using QWidget::QWidget;
 
+    // Nil shows nothing.
     void Show(const Ref<Picture>& picture);
 
   protected:

@@ -8,7 +8,7 @@
 
 namespace varnith {
 
-// A press that asks for a context menu, as long as it is being delivered.
+// Lives while a press that asks for a context menu is being delivered.
 class ContextualPress {
   public:
     explicit ContextualPress(const QPoint& place_on_screen);
@@ -16,12 +16,12 @@ class ContextualPress {
     ContextualPress& operator=(const ContextualPress&) = delete;
     ~ContextualPress();
 
-    // Where the one that is being delivered was made; nothing while none is.
+    // Where the press was made, in screen coordinates; nullopt while none is being delivered.
     static std::optional<QPoint> Place();
 };
 
-// Shows a menu of these entries, of which "-" makes a line, at the press that asks for it, or else at the
-// mouse. Returns the place of the chosen entry, from 0, or nothing.
+// Shows a context menu and runs a nested event loop until it closes; see Desktop::ChooseFromMenu. It opens at
+// the press that is being delivered, otherwise at the mouse pointer.
 std::optional<std::size_t> ShowContextMenu(const std::vector<std::string>& entries);
 
 }  // namespace varnith

@@ -27,7 +27,7 @@ namespace varnith {
 namespace {
 
 constexpr int LeastTextSize = 8;
-constexpr int FrameWidth = 1;  // as the styles draw it around a text
+constexpr int FrameWidth = 1;  // the frame that Qt's styles draw around a text
 
 class StaticTextView : public ControlView {
   public:
@@ -73,7 +73,8 @@ class EditFieldView : public ControlView {
     void Update() override {
         ControlView::Update();
         edit_.setReadOnly(field_.ReadOnly());
-        // What was pasted stays as it is in the widget, control characters too, which are shown otherwise.
+        // The widget keeps pasted text as it is, control characters included, while Decoded() replaces them.
+        // So the texts are compared in both forms before the widget's text is replaced.
         const QString text = Decoded(field_.Text());
         if (edit_.text() == text || Encoded(edit_.text()) == field_.Text()) return;
         edit_.setText(text);
@@ -129,7 +130,7 @@ class PushButtonView : public ControlView {
     QPushButton& widget_;
 };
 
-// Makes the view if the control is of that class.
+// Creates the view; nil if the control is null, as after a dynamic_cast to a class that it is not of.
 template <class ViewClass, class WidgetClass, class ControlClass>
 std::unique_ptr<ControlView> MakeIf(ControlClass* control, QWidget& parent, FrameClock& clock) {
     if (!control) return nullptr;
@@ -153,7 +154,7 @@ void ControlView::Update() {
     if (widget_.font() != font) widget_.setFont(font);
 }
 
-// The system's own size may be any, while the controls have the places that they were designed for.
+// The desktop's font may be of any size, but a control has the place that it was designed for.
 QFont ControlView::Fitted(QFont font) const {
     for (int size = QFontInfo(font).pixelSize(); size > LeastTextSize; font.setPixelSize(--size)) {
         const QSize room = TextRoom(QFontMetrics(font));

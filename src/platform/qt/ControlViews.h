@@ -9,26 +9,29 @@
 
 namespace varnith {
 
-// The view of one control: a widget in the window's contents. The widget belongs to its parent; the view
-// takes itself off the control and the widget's signals off itself when it goes.
+// The view of one control: a widget in the window's contents. The widget belongs to its parent widget and may
+// outlive the view: the view's destructor disconnects the widget's signals.
 class ControlView : public View {
   public:
     ControlView(Control& control, QWidget& widget, FrameClock& clock);
 
     QWidget& Widget() const { return widget_; }
+
     void Update() override;
 
-    // The user presses a key while the widget has the focus. True if the control has taken it.
+    // The user presses a key while the widget has the focus. Returns true if the control has handled it.
     bool PressKey(const std::string& key) { return control_.PressKey(key); }
 
   protected:
-    // The object whose end cuts the widget's signals.
+    // The context object for the widget's signals: its destruction disconnects them.
     QObject* Connections() { return &connections_; }
 
-    // The room that the text takes in a font, what the control draws around it among it.
+    // The space that the text needs in a font, including the frame that the control draws around it, in
+    // pixels.
     virtual QSize TextRoom(const QFontMetrics& metrics) const;
 
   private:
+    // The font, reduced until the text fits into the widget.
     QFont Fitted(QFont font) const;
 
     Control& control_;
@@ -36,7 +39,7 @@ class ControlView : public View {
     QObject connections_;
 };
 
-// Makes the view of a control, whatever its class, with its widget in that parent.
+// Creates the view of a control, whatever its class, and its widget as a child of `parent`.
 std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock);
 
 }  // namespace varnith

@@ -3,7 +3,7 @@
 namespace varnith {
 
 namespace {
-constexpr char16_t ControlPictures = 0x2400;  // the Unicode block that has a sign for each control character
+constexpr char16_t ControlPictures = 0x2400;  // the Unicode block "Control Pictures"
 constexpr char16_t DeletePicture = 0x2421;
 }  // namespace
 

@@ -5,15 +5,15 @@
 
 namespace varnith {
 
-// What is drawn for a text of the program, which may hold the bytes of any file name: bytes that are no
-// UTF-8 show as replacement characters, line breaks and other control characters as the signs that stand
-// for them, so a name stays on its line.
+// A text of the program as it is shown. It may be a file name and hold any bytes: bytes that aren't UTF-8
+// become replacement characters. Line breaks and other control characters become their Unicode symbols, so
+// that a name stays on one line.
 QString Decoded(const std::string& text);
 
-// The same as a caption in which "&" is to mark no mnemonic.
+// The same for a caption: "&" is doubled, so that it doesn't mark a mnemonic.
 QString DecodedCaption(const std::string& text);
 
-// The bytes of what the user has typed.
+// What the user has typed, in UTF-8.
 std::string Encoded(const QString& text);
 
 }  // namespace varnith

@@ -5,13 +5,13 @@
 
 namespace varnith {
 
-// A label that tells of a press of the mouse button on it.
+// A label of plain text that can be clicked.
 class LabelWidget : public QLabel {
   public:
     explicit LabelWidget(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-    // Sets what hears of a press, with its place in the label. The pointer says that there is something to
-    // press.
+    // Sets the function to call when the left mouse button is pressed on the label, with the position in the
+    // label. Shows the hand cursor.
     void SetOnPress(std::function<void(const QPoint& place)> on_press);
 
   protected:

@@ -6,16 +6,17 @@
 
 namespace varnith {
 
-// The rows of a Listbox as Qt's views ask for them. It holds none: it knows how many rows the view has been
-// told of, and fetches what a visible cell shows when it is drawn.
+// The model of a Listbox for QTableView. It copies no rows: it only knows how many the view has been told of,
+// and reads a cell when the view draws it.
 class ListboxModel : public QAbstractTableModel {
   public:
     explicit ListboxModel(Listbox& list) : list_(list) {}
 
-    // Tells the view what has become of the rows since the last call: all of them gone, or more below.
+    // Tells the view how the rows have changed since the last call: a reset if the list was emptied,
+    // otherwise the rows that were appended.
     void Catch();
 
-    // Whether Catch would tell the view of new rows and of nothing else.
+    // Whether Catch would report appended rows and no reset.
     bool OnlyLacksNewRows() const { return clearings_ == list_.Clearings() && rows_ < list_.ListCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -26,7 +27,7 @@ class ListboxModel : public QAbstractTableModel {
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
   private:
-    // The list may have been emptied since the view was told of its rows.
+    // The list may have been emptied since the view was told of the row.
     bool IsThere(const QModelIndex& index) const {
         return index.isValid() && index.row() < list_.ListCount();
     }

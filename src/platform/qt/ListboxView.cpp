@@ -22,9 +22,10 @@ namespace {
 
 constexpr int LeastColumnWidth = 20;
 constexpr qint64 NewRowsMilliseconds = 200;
-constexpr int RowPadding = 6;   // above and below a row's text together
-constexpr int CellPadding = 8;  // left and right of a cell's text together, as the styles draw it
-// Letters that the user types are searched in this column, the first behind the check boxes.
+constexpr int RowPadding = 6;   // above and below a row's text, in sum
+constexpr int CellPadding = 8;  // left and right of a cell's text, in sum, as Qt's styles draw it
+// Typed letters are searched in this column, the first after the check boxes. QTableView searches the column
+// of the current index, so the current index is always in this column.
 constexpr int SearchColumn = 1;
 
 }  // namespace
@@ -60,10 +61,11 @@ void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
     ShareRest();
 }
 
-// While the user drags a column's edge, only what lies to the right of it gives way: the edge stays under the
-// mouse. The columns to the left take their share when the user lets go.
+// Keeps the width that the user gives a column. While the user drags a column's edge, only the columns to the
+// right of it are resized, so that the edge stays under the mouse pointer. The columns to the left follow
+// when the button is released.
 void ListboxWidget::HoldWidth(int column) {
-    if (sharing_) return;
+    if (resizing_columns_) return;
     std::erase(sharing_columns_, column);
     ShareRest(column);
 }
@@ -73,9 +75,9 @@ bool ListboxWidget::eventFilter(QObject* watched, QEvent* event) {
     return QTableView::eventFilter(watched, event);
 }
 
-// The sharing columns from that one on take up what is left over or give what is missing, alike.
+// Distributes the free or missing width evenly among the sharing columns from first_column on.
 void ListboxWidget::ShareRest(int first_column) {
-    const QScopedValueRollback by_program(sharing_, true);
+    const QScopedValueRollback by_program(resizing_columns_, true);
     const auto first = std::ranges::lower_bound(sharing_columns_, first_column);
     int rest = viewport()->width() - horizontalHeader()->length();
     for (auto sharer = first; sharer != sharing_columns_.end(); ++sharer) {
@@ -90,7 +92,7 @@ void ListboxWidget::resizeEvent(QResizeEvent* event) {
     if (event->size().width() != event->oldSize().width()) ShareRest();
 }
 
-// Qt makes the first row the current one when the focus comes; here no row is highlighted until the user
+// When the focus comes, Qt makes the first row the current one. Here no row is highlighted until the user
 // highlights one.
 void ListboxWidget::focusInEvent(QFocusEvent* event) {
     const QPersistentModelIndex current = currentIndex();
@@ -117,12 +119,14 @@ bool ListboxWidget::IsSearching() const {
 
 void ListboxWidget::mousePressEvent(QMouseEvent* event) {
     clicked_twice_ = event->type() == QEvent::MouseButtonDblClick && event->button() == Qt::LeftButton;
-    // A menu lets the program run, which may close the window.
+    // The press may open a menu. The program runs on while it is open and may close the window, which deletes
+    // this widget.
     const QPointer<ListboxWidget> self(this);
     const QPoint place = event->position().toPoint();
     if (DeliverPress(place, event->button() == Qt::RightButton) || !self) return;
     QTableView::mousePressEvent(event);
-    // A press on a check box highlights its row as one beside it does, a press below the rows none.
+    // Highlights the row, also for a press on its check box. A press below the last row removes the
+    // highlight.
     setCurrentIndex(indexAt(place).siblingAtColumn(SearchColumn));
 }
 
@@ -130,15 +134,15 @@ void ListboxWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     mousePressEvent(event);
 }
 
-// A tick turns when the button is let go. Opening comes after that, or a message box would take the event and
-// leave the second of two ticks out.
+// QTableView toggles a check box at the release. The double click is reported after that: its message box
+// would take the release, and the second of the two toggles would be lost.
 void ListboxWidget::mouseReleaseEvent(QMouseEvent* event) {
     QTableView::mouseReleaseEvent(event);
     if (std::exchange(clicked_twice_, false)) on_double_click();
 }
 
-// The key for the context menu is a press on the highlighted row. That of the mouse has been delivered before
-// this event comes.
+// The menu key counts as a press on the highlighted row. For a press of the mouse, mousePressEvent has
+// already called on_press.
 void ListboxWidget::contextMenuEvent(QContextMenuEvent* event) {
     if (event->reason() != QContextMenuEvent::Keyboard) return;
     const QRect row = visualRect(currentIndex()) & viewport()->rect();
@@ -178,7 +182,7 @@ bool ListboxWidget::ShowTipForCutText(const QPoint& position, const QPoint& glob
     const QString text = index.data(Qt::DisplayRole).toString();
     const QRect cell = visualRect(index);
     if (text.isEmpty() || fontMetrics().horizontalAdvance(text) + CellPadding <= cell.width()) return false;
-    // As plain text: a name may look like markup.
+    // Escaped, because a file name may look like markup.
     QToolTip::showText(global_position, "<p style='white-space:pre'>" + text.toHtmlEscaped() + "</p>",
                        viewport(), cell);
     return true;
@@ -195,9 +199,9 @@ ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
     QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, Connections(),
                      [&list](const QModelIndex& current) { list.SetListIndex(current.row()); });
     Update();
-    // Once, and not at each update: it costs as much as there are rows.
+    // Not in Update: it visits every row.
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + RowPadding);
-    // A desktop may have a font of its own for headings.
+    // Some desktops set a font of their own for headings.
     table.horizontalHeader()->setFont(table.font());
     table.SetColumnWidths(list.ColumnWidths());
 }
@@ -219,15 +223,16 @@ void ListboxView::FollowRows() {
         Changed();
         return;
     }
-    // The rows go and come by the program here, so the highlight is the list's to say.
+    // Qt moves the current index when rows come or go. The signal is blocked, because the highlight is for
+    // the list to decide.
     const QSignalBlocker by_program(table_.selectionModel());
     model_.Catch();
     since_rows_.start();
 }
 
-// Rows that come in below a table that is full move its scroll bar and nothing else, but the table lays
-// itself out and draws itself anew for them: at each frame that takes a sixth of a scan's time. A highlight
-// among them can't wait: a sort may have put it there.
+// Reports appended rows less often than once a frame while the table is full: they only move the scroll bar,
+// but QTableView lays itself out and repaints for them. They can't wait if the highlight is among them, where
+// a sort may have put it.
 bool ListboxView::NewRowsCanWait() const {
     const bool full = table_.rowAt(table_.viewport()->height() - 1) >= 0;
     const bool shows_highlight = list_.ListIndex() < model_.rowCount();
@@ -254,10 +259,11 @@ void ListboxView::FollowSorting() {
 
 void ListboxView::RepaintChangedRows() {
     const Listbox::RowRange changed = list_.TakeChangedRows();
-    const int first = table_.rowAt(0);
-    const int last = table_.rowAt(table_.viewport()->height() - 1);
-    const bool below = first < 0 || (last >= 0 && changed.first > last);
-    if (changed.first <= changed.last && !below && changed.last >= first) table_.viewport()->update();
+    const int first_visible = table_.rowAt(0);                               // -1 without rows
+    const int last_visible = table_.rowAt(table_.viewport()->height() - 1);  // -1 if the rows end above
+    if (changed.first > changed.last || first_visible < 0) return;
+    const bool below = last_visible >= 0 && changed.first > last_visible;
+    if (!below && changed.last >= first_visible) table_.viewport()->update();
 }
 
 }  // namespace varnith

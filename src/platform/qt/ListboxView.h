@@ -11,24 +11,27 @@
 
 namespace varnith {
 
-// The table of a list: whole rows are highlighted one at a time, the arrow keys, Page Up and Down, Home and
-// End move among rows, the space bar ticks, letters find a name, and so does the space bar while they are
-// typed in quick succession. Tab goes on to the next control.
-// Columns without a width of their own share what the others leave. A width that the user gives a column
-// holds, and the column shares no more. Once no column shares, what is left over stays bare at the right and
-// what doesn't fit is scrolled to: each width is the user's own then.
+// The widget of a Listbox. One whole row is highlighted at a time. The arrow keys, Page Up, Page Down, Home
+// and End move the highlight between rows. The space bar toggles the tick. Typed letters search for a file
+// name, and while they are typed in quick succession a space is a part of the name. Tab moves on to the next
+// control.
+// The columns without a fixed width share the space that the others leave. When the user resizes a column, it
+// keeps that width and shares no longer. Once no column shares, free space stays empty at the right, and
+// columns that don't fit are reached by scrolling.
 class ListboxWidget : public QTableView {
   public:
     explicit ListboxWidget(QWidget* parent);
 
-    // The user has pressed the space bar on that row.
+    // Called when the user presses the space bar on this row; -1 if no row is highlighted. The three
+    // functions must be set before the widget is shown.
     std::function<void(int row)> on_space;
-    // The user has pressed a mouse button in the list, or the key for its context menu; true to leave it at
-    // that. And: the user has clicked twice, and has let go of the button.
+    // Called when the user presses a mouse button in the list or the menu key, with the position in pixels
+    // from the top left corner. True skips the default handling.
     std::function<bool(const QPoint& place)> on_press;
+    // Called when the user releases the button after a double click.
     std::function<void()> on_double_click;
 
-    // The widths by column; 0 for a column that shares the rest.
+    // The width of each column in pixels; 0 for one that shares the remaining space.
     void SetColumnWidths(const std::vector<std::int32_t>& widths);
 
     void keyboardSearch(const QString& search) override;
@@ -43,7 +46,7 @@ class ListboxWidget : public QTableView {
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    // Sees what happens to the heading.
+    // Watches the heading for the release of the mouse button.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -53,10 +56,10 @@ class ListboxWidget : public QTableView {
     void ShareRest(int first_column = 0);
     bool ShowTipForCutText(const QPoint& position, const QPoint& global_position);
 
-    std::vector<int> sharing_columns_;  // rising
-    bool sharing_ = false;
-    bool clicked_twice_ = false;
-    QElapsedTimer since_search_;
+    std::vector<int> sharing_columns_;  // in ascending order
+    bool resizing_columns_ = false;     // by ShareRest, not by the user
+    bool clicked_twice_ = false;        // until the button is released
+    QElapsedTimer since_search_;        // since the last typed letter; invalid after a move
 };
 
 class ListboxView : public ControlView {
@@ -76,7 +79,7 @@ class ListboxView : public ControlView {
     Listbox& list_;
     ListboxWidget& table_;
     ListboxModel model_;
-    QElapsedTimer since_rows_;
+    QElapsedTimer since_rows_;  // since the table was last told of rows
 };
 
 }  // namespace varnith

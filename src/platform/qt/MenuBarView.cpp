@@ -9,7 +9,7 @@ namespace varnith {
 
 namespace {
 
-// The command key of a shortcut is the control key here.
+// "Cmd+" in a shortcut means the Control key here.
 QKeySequence ToKeySequence(const std::string& shortcut) {
     constexpr std::string_view command = "Cmd+";
     if (!shortcut.starts_with(command)) return {};
@@ -47,7 +47,7 @@ void MenuBarView::Fill(const Ref<MenuItem>& items, QMenu& menu) {
         }
         QAction* action = menu.addAction(QString::fromStdString(item->Text));
         action->setShortcut(ToKeySequence(item->KeyboardShortcut));
-        // Where the desktop has a menu of the application's own, entries stay where the tree has them.
+        // Keeps Qt from moving entries such as Quit to an application menu, if the desktop has one.
         action->setMenuRole(QAction::NoRole);
         QObject::connect(action, &QAction::triggered, &connections_,
                          [item] { Application::Current().Choose(item); });

@@ -11,16 +11,16 @@
 
 namespace varnith {
 
-// Fills a menu bar from the program's tree of menus and keeps its entries enabled as the application has it.
+// Fills a QMenuBar from the program's menu tree, and enables its entries as the application decides.
 class MenuBarView {
   public:
     // REQUIRES: the bar outlives the view.
     MenuBarView(const Ref<MenuBar>& menus, QMenuBar& bar);
 
-    // Lets a window without a bar of its own, or a dialog, answer the shortcuts of the application's.
+    // Makes the shortcuts of the application's menu bar work in a window without a menu bar, or in a dialog.
     static void AddShortcuts(QWidget& window);
 
-    // Greys and ungreys the entries by what is in front now.
+    // Enables and disables the entries according to the frontmost window.
     void UpdateEnabled();
 
   private:

@@ -6,21 +6,26 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
-#include "platform/qt/Decode.h"
 #include "platform/qt/MenuBarView.h"
 
 namespace varnith {
 
 namespace {
 
-// A longer one would make a box that no screen could hold.
+// QMessageBox grows with its text. A longer one could be larger than the screen.
 constexpr qsizetype MostWithoutScrolling = 1000;
-// Between words a longer one is broken into lines in a time that grows with the square of its words.
+// QPlainTextEdit breaks lines between words in a time that is quadratic in their number: too long for a
+// longer text.
 constexpr qsizetype MostBrokenBetweenWords = 20'000;
+
+void Run(QDialog& box) {
+    box.setWindowTitle(QApplication::applicationName());
+    MenuBarView::AddShortcuts(box);
+    box.exec();
+}
 
 void ShowScrolling(const QString& text) {
     QDialog box(QApplication::activeWindow());
-    box.setWindowTitle(QApplication::applicationName());
     auto* shown = new QPlainTextEdit;
     if (text.size() > MostBrokenBetweenWords) shown->setWordWrapMode(QTextOption::WrapAnywhere);
     shown->setReadOnly(true);
@@ -32,21 +37,18 @@ void ShowScrolling(const QString& text) {
     column->addWidget(shown);
     column->addWidget(buttons);
     box.resize(480, 320);
-    MenuBarView::AddShortcuts(box);
-    box.exec();
+    Run(box);
 }
 
 }  // namespace
 
 void ShowMessageBox(const std::string& text) {
-    const QString decoded = QString::fromStdString(text);
-    if (decoded.size() > MostWithoutScrolling) return ShowScrolling(decoded);
+    const QString message = QString::fromStdString(text);
+    if (message.size() > MostWithoutScrolling) return ShowScrolling(message);
     QMessageBox box(QApplication::activeWindow());
-    box.setWindowTitle(QApplication::applicationName());
     box.setTextFormat(Qt::PlainText);
-    box.setText(decoded);
-    MenuBarView::AddShortcuts(box);
-    box.exec();
+    box.setText(message);
+    Run(box);
 }
 
 }  // namespace varnith

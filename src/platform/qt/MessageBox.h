@@ -4,7 +4,8 @@
 
 namespace varnith {
 
-// Shows a text with one button and waits until the user has seen it. A long one scrolls.
+// Shows a message (UTF-8, plain text) in a modal dialog with one button, which runs a nested event loop until
+// the user closes it. A long text scrolls.
 void ShowMessageBox(const std::string& text);
 
 }  // namespace varnith

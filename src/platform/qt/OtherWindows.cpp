@@ -3,10 +3,13 @@
 #include <QGuiApplication>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include <xcb/xcb.h>
+
+#include "platform/base/Trace.h"
 
 namespace varnith {
 
@@ -15,7 +18,8 @@ namespace {
 template <class Reply>
 using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
-// The X server as far as it knows of other programs' windows.
+// The windows of other programs, by the properties that the window manager and the programs set on the X
+// server.
 class Server {
   public:
     explicit Server(xcb_connection_t* connection)
@@ -29,7 +33,8 @@ class Server {
     }
 
     void Activate(xcb_window_t window) const {
-        constexpr std::uint32_t ByTheUser = 2;  // as a pager does it: the user has asked for the window
+        // The source indication of a pager. Window managers obey it as the user's own wish.
+        constexpr std::uint32_t ByTheUser = 2;
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
         message.format = 32;
@@ -48,14 +53,17 @@ class Server {
             xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
         const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, asked, nullptr),
                                                    std::free);
+        if (!reply) TraceFailure("ask the X server for the atom", name, "no reply");
         return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
 
+    // The values of a property; none if the window has no such property, or is gone.
     std::vector<std::uint32_t> Numbers(xcb_window_t window, std::string_view property) const {
         constexpr std::uint32_t Most = 4096;
         const auto asked = xcb_get_property(connection_, 0, window, Atom(property), XCB_ATOM_ANY, 0, Most);
         const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, asked, nullptr),
                                                     std::free);
+        if (!reply) TraceFailure("ask the X server for the property", property, "no reply");
         if (!reply || reply->format != 32) return {};
         const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
         return {first, first + xcb_get_property_value_length(reply.get()) / 4};
@@ -69,7 +77,9 @@ class Server {
 
 void RaiseWindowsOf(std::int64_t process) {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) return;
+    // Qt's offscreen platform has the interface, but no connection.
+    if (!x11 || !x11->connection())
+        return TraceFailure("raise the windows of process", std::to_string(process), "this is not X11");
     const Server server(x11->connection());
     for (const std::uint32_t window : server.AllWindows())
         if (server.Belongs(window, process)) server.Activate(window);

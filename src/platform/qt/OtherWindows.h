@@ -4,9 +4,10 @@
 
 namespace varnith {
 
-// Asks the window manager to bring the windows of another process to the front. Works on X11, by the hints of
-// https://specifications.freedesktop.org/wm-spec/latest (_NET_CLIENT_LIST, _NET_WM_PID, _NET_ACTIVE_WINDOW);
-// Wayland lets no program do that, and nothing happens.
+// Asks the window manager to raise the windows of another process, given by its id. Works on X11 only, by
+// _NET_CLIENT_LIST, _NET_WM_PID and _NET_ACTIVE_WINDOW
+// (https://specifications.freedesktop.org/wm-spec/latest). Does nothing on Wayland, which lets no program
+// raise the windows of another.
 void RaiseWindowsOf(std::int64_t process);
 
 }  // namespace varnith

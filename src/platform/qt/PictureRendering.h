@@ -6,8 +6,8 @@
 
 namespace varnith {
 
-// A picture drawn into an image of that size in pixels, as large as fits without distortion, in the middle.
-// Where the picture is not seen the image is transparent.
+// A picture rendered into an image of this size in pixels, centred and as large as fits without distortion.
+// The rest of the image is transparent, and all of it if the picture isn't valid SVG.
 QImage Rendered(const Picture& picture, const QSize& pixels);
 
 }  // namespace varnith

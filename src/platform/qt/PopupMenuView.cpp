@@ -13,7 +13,8 @@ PopupMenuView::PopupMenuView(PopupMenu& menu, PopupMenuWidget& box, FrameClock& 
     Update();
 }
 
-// An open list stays as the user sees it until it closes, or the entry under the mouse would change.
+// While the list of entries is open, the update is put off to a later frame: otherwise the entry under the
+// mouse pointer could change.
 void PopupMenuView::Update() {
     ControlView::Update();
     if (box_.view()->isVisible()) {
@@ -29,8 +30,8 @@ void PopupMenuView::Update() {
     box_.setCurrentIndex(menu_.ListIndex());
 }
 
-// By its text: the entries may have been filled anew since they were shown. A copy, because a pick may run
-// the program, which may show others.
+// Picks by text, because the program may have replaced the entries since they were shown. The text is copied,
+// because Pick may run the program and Update, which replaces shown_.
 void PopupMenuView::Pick(int index) {
     const std::string picked = shown_.at(static_cast<std::size_t>(index));
     menu_.Pick(picked);

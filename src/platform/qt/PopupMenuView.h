@@ -10,8 +10,9 @@
 
 namespace varnith {
 
-// While its list is closed the mouse wheel picks nothing: a pick in the filter costs the user all ticks, and
-// a wheel is turned by chance. Keys pick, open or closed.
+// A QComboBox that ignores the mouse wheel while its list is closed. A change of the filter costs the user
+// all ticks, and the wheel is easily turned by accident. Keys change the choice, whether the list is open or
+// closed.
 class PopupMenuWidget : public QComboBox {
   public:
     using QComboBox::QComboBox;
@@ -31,7 +32,7 @@ class PopupMenuView : public ControlView {
 
     PopupMenu& menu_;
     PopupMenuWidget& box_;
-    std::vector<std::string> shown_;
+    std::vector<std::string> shown_;  // the entries that the box has
 };
 
 }  // namespace varnith

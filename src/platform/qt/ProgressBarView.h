@@ -7,7 +7,7 @@
 
 namespace varnith {
 
-// The view of a progress bar: the bar alone, without the percentage as a text.
+// The view of a ProgressBar, without the percentage that Qt writes on the bar.
 class ProgressBarView : public ControlView {
   public:
     ProgressBarView(ProgressBar& bar, QProgressBar& widget, FrameClock& clock)

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/base/Guard.h"
+#include "platform/base/Trace.h"
 #include "platform/net/SocketEvents.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
@@ -42,8 +43,8 @@ class QtTimer : public TimerView {
 QtMessageHandler shown_by_qt = nullptr;
 
 void ShowUnlessNoise(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    // The program keeps no runtime files. Qt looks for a flatpak's at its start, and has no category for
-    // this.
+    // The program needs no runtime directory, but Qt looks for one at its start, to find out whether it runs
+    // in a Flatpak. This warning has no logging category, so it is recognised by its text.
     if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
         shown_by_qt(type, context, text);
 }
@@ -64,7 +65,7 @@ QtDesktop::QtDesktop(int& argc, char** argv)
       user_time_(application_),
       last_folder_(QDir::homePath()),
       last_save_folder_(QDir::homePath()) {
-    // When the program ends is its own to say.
+    // The program itself decides when it ends.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));
     QApplication::setStyle(new ReadableStyle);
@@ -80,7 +81,7 @@ QtDesktop::QtDesktop(int& argc, char** argv)
 
 QtDesktop::~QtDesktop() {
     Scheduler::Current().SetWakeUp(nullptr);
-    // Frames of windows that closed behind the event loop's last turn wait for a turn that doesn't come.
+    // Run pending deleteLater() calls: the loop will not run again.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -168,7 +169,9 @@ void QtDesktop::Beep() {
 }
 
 void QtDesktop::OpenURL(const std::string& url) {
-    OpenInBrowser(QUrl(QString::fromStdString(url)).toEncoded().toStdString());
+    const QUrl address(QString::fromStdString(url));
+    if (!address.isValid()) TraceFailure("open the address", url, address.errorString().toStdString());
+    OpenInBrowser(address.toEncoded().toStdString());
 }
 
 void QtDesktop::BringToFront(std::int64_t process) {

@@ -14,11 +14,11 @@
 
 namespace varnith {
 
-// The desktop by means of Qt. Its event loop also gives the program's threads their turns and serves its
-// sockets, in the inner loops of dialogs as well.
+// The real desktop, by means of Qt. Its event loop also gives the program's threads their turns and serves
+// its sockets, in the nested loops of dialogs too.
 class QtDesktop : public Desktop {
   public:
-    // The arguments are those that Qt reads; they and the references to them have to outlive the desktop.
+    // QApplication reads these arguments. They and the references must outlive the desktop.
     QtDesktop(int& argc, char** argv);
     ~QtDesktop() override;
 
@@ -42,7 +42,8 @@ class QtDesktop : public Desktop {
     bool IsCommandKeyDown() const override;
     bool IsControlKeyDown() const override;
 
-    // While it lives, these keys count as down: a key press is being delivered that was made with them.
+    // While it lives, these modifiers count as down, because a key press that was made with them is being
+    // delivered.
     class DeliveredModifiers {
       public:
         DeliveredModifiers(QtDesktop& desktop, Qt::KeyboardModifiers modifiers);
@@ -56,7 +57,7 @@ class QtDesktop : public Desktop {
     };
 
   private:
-    // While it lives, Qt's warnings are shown but for one that tells of nothing wrong.
+    // While it lives, suppresses one harmless warning of Qt; see ShowUnlessNoise.
     class MessageFilter {
       public:
         MessageFilter();
@@ -65,7 +66,7 @@ class QtDesktop : public Desktop {
         ~MessageFilter();
     };
 
-    // What escapes from an event that the toolkit delivers doesn't go through its frames.
+    // Keeps exceptions from unwinding through Qt: hands what escapes from an event to the exception handler.
     class GuardedApplication : public QApplication {
       public:
         using QApplication::QApplication;
@@ -75,7 +76,7 @@ class QtDesktop : public Desktop {
     void ScheduleTurn();
     bool IsDown(Qt::KeyboardModifier modifier) const;
 
-    MessageFilter messages_;  // made first: Qt warns from its application's constructor on
+    MessageFilter messages_;  // first member: QApplication's constructor already warns
     GuardedApplication application_;
     FrameClock clock_;
     QTimer turn_timer_;

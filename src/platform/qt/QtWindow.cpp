@@ -19,12 +19,12 @@ namespace varnith {
 
 namespace {
 
-// "[*]" in a title is Qt's mark for "modified"; written twice it is meant as it stands.
+// Qt replaces "[*]" in a title by the mark of a modified document. Doubled, it stands for itself.
 QString DecodedTitle(const std::string& title) {
     return Decoded(title).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
 }
 
-// The key as the program is told of it: as if neither the command nor the control key were down.
+// The text that the key types without Control and Meta. With them, Qt gives a control character or nothing.
 std::string KeyText(const QKeyEvent& event) {
     const int key = event.key();
     if (key < Qt::Key_A || key > Qt::Key_Z) return Encoded(event.text());
@@ -71,7 +71,7 @@ void QtWindow::BuildFrame() {
         menus_ = std::make_unique<MenuBarView>(window_.MenuBar(), *frame_->menuBar());
     else
         MenuBarView::AddShortcuts(*frame_);
-    // Without this a window with none of the buttons would ask for the window manager's own choice of them.
+    // Without this hint a window that has none of the buttons gets the window manager's default buttons.
     frame_->setWindowFlag(Qt::CustomizeWindowHint);
     frame_->setWindowFlag(Qt::WindowTitleHint);
     frame_->setWindowFlag(Qt::WindowSystemMenuHint);
@@ -82,7 +82,7 @@ void QtWindow::BuildFrame() {
         contents_->setMinimumSize(style.MinWidth, style.MinHeight);
         contents_->setMaximumSize(style.MaxWidth, style.MaxHeight);
     }
-    // To Qt it is not modal: that would close off the other windows' menus and close boxes too.
+    // Not modal to Qt: that would block the other windows' menus and close buttons too.
     if (window_.IsModal()) frame_->setWindowFlag(Qt::Dialog);
     if (style.WhiteBackground) {
         QPalette colours = contents_->palette();
@@ -105,21 +105,22 @@ void QtWindow::BuildControls() {
     for (const Control* control : by_tab) {
         const auto place = std::find(window_.Controls().begin(), window_.Controls().end(), control);
         QWidget& widget = views_[static_cast<std::size_t>(place - window_.Controls().begin())]->Widget();
-        // Qt links no widget with one that never has the focus, such as a label.
+        // setTabOrder ignores a widget that can't have the focus, such as a label, and so would break the
+        // chain.
         if (widget.focusPolicy() == Qt::NoFocus) continue;
         if (previous) QWidget::setTabOrder(previous, &widget);
         previous = &widget;
     }
 }
 
-// The window's size is that of its contents; the menu bar comes on top of it.
+// Window's size is without the menu bar, the frame's size is with it.
 void QtWindow::PlaceOnScreen() {
     const int bar = menus_ ? frame_->menuBar()->sizeHint().height() : 0;
     const QSize size(window_.Width(), window_.Height() + bar);
     if (window_.GetStyle().Resizeable)
         frame_->resize(size);
     else
-        frame_->setFixedSize(size);  // of the frame: a window manager doesn't ask the contents
+        frame_->setFixedSize(size);  // not the contents': only the frame's reaches the window manager
     QWidget* parent = QApplication::activeWindow();
     const QRect first_screen = QGuiApplication::primaryScreen()->geometry();
     if (window_.GetStyle().Placement == Window::PlacementKind::ParentScreen) {
@@ -129,7 +130,7 @@ void QtWindow::PlaceOnScreen() {
         window_.SetTop(corner.y());
     }
     frame_->move(first_screen.topLeft() + QPoint(window_.Left(), window_.Top()));
-    frame_->winId();  // makes the window's handle
+    frame_->winId();  // creates windowHandle()
     if (window_.IsModal() && parent) frame_->windowHandle()->setTransientParent(parent->windowHandle());
 }
 
@@ -155,7 +156,7 @@ void QtWindow::Update() {
 bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == frame_ && event->type() == QEvent::Close) {
         event->ignore();
-        // A window manager may offer to close what has no button for it.
+        // Some window managers let the user close a window that has no close button.
         if (window_.GetStyle().CloseButton) window_.Close();
         return true;
     }
@@ -174,7 +175,8 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
 void QtWindow::Activated() {
     Application::Current().SetFrontWindow(window_);
     if (menus_) menus_->UpdateEnabled();
-    // The window manager may know of no tie between the two. The keyboard stays here for the menus' sake.
+    // Keeps the modal window above this one: the window manager may not know that they belong together.
+    // Doesn't activate it, because this window needs the keyboard for its menus.
     if (const QtWindow* modal = ModalInFront()) modal->frame_->raise();
 }
 
@@ -183,7 +185,7 @@ QtWindow* QtWindow::ModalInFront() const {
     return shield_ && front ? dynamic_cast<QtWindow*>(front->View()) : nullptr;
 }
 
-// All keys but those that work a menu.
+// True while this window is blocked, except for the keys that work its menus.
 bool QtWindow::KeyGoesToModal() const {
     const bool in_menu_bar = menus_ && frame_->focusWidget() == frame_->menuBar();
     return shield_ && !in_menu_bar && !QApplication::activePopupWidget();
@@ -192,14 +194,15 @@ bool QtWindow::KeyGoesToModal() const {
 bool QtWindow::PassKeyOn(QKeyEvent& event) {
     QtWindow* modal = ModalInFront();
     if (!modal) return true;
-    // Not for a modifier alone: a key for the menus may follow.
+    // A modifier alone types no text: it may be the start of a shortcut of the menus, so it activates
+    // nothing.
     if (event.type() == QEvent::KeyPress && !event.text().isEmpty()) modal->BringToFront();
     QCoreApplication::sendEvent(modal->frame_->windowHandle(), &event);
     return true;
 }
 
 bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
-    // The window may be closed by the key, and this view with it.
+    // The key may close the window, which deletes this view.
     const QPointer<QtWindow> self(this);
     {
         const QtDesktop::DeliveredModifiers delivered(desktop_, event.modifiers());
@@ -209,7 +212,7 @@ bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
         const bool taken = focused && focused->PressKey(key);
         if (!self) return true;
         if (taken) {
-            // The next key may be typed before the next frame.
+            // The next key may come before the next frame, and the widget must have the new text by then.
             clock_.Flush();
             return true;
         }
@@ -225,7 +228,7 @@ ControlView* QtWindow::FocusedView() const {
     return place == views_.end() ? nullptr : place->get();
 }
 
-// Return belongs to the default button, unless a text of several lines or another button has the focus.
+// Return presses the default button, unless the focus is in a field of several lines or on another button.
 bool QtWindow::PressDefaultButton() {
     const QWidget* focus = frame_->focusWidget();
     if (qobject_cast<const QPlainTextEdit*>(focus) || qobject_cast<const QPushButton*>(focus)) return false;

@@ -16,11 +16,11 @@ namespace varnith {
 
 class QtDesktop;
 
-// A window of the program as a window of the desktop. When it goes, its frame vanishes at once but is only
-// deleted at the event loop's next turn: the window may be closed from within one of its own events.
+// A Window as a window of the desktop. The destructor hides the frame at once but leaves its deletion to the
+// event loop (deleteLater), because a handler of one of its own events may be closing the window.
 class QtWindow : public QObject, public View, public WindowView {
   public:
-    // Shows the window. REQUIRES: window and desktop outlive it.
+    // Shows the window. REQUIRES: window, desktop and clock outlive this object.
     QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock);
     ~QtWindow() override;
 
@@ -29,7 +29,7 @@ class QtWindow : public QObject, public View, public WindowView {
     void Update() override;
 
   protected:
-    // Sees what happens to the frame, its contents and its place on the screen.
+    // Watches the frame, its contents and its window handle.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -37,6 +37,7 @@ class QtWindow : public QObject, public View, public WindowView {
     void BuildControls();
     void PlaceOnScreen();
     void Activated();
+    // The modal window that blocks this one; null if none does.
     QtWindow* ModalInFront() const;
     bool KeyGoesToModal() const;
     bool PassKeyOn(QKeyEvent& event);
@@ -52,8 +53,8 @@ class QtWindow : public QObject, public View, public WindowView {
     std::unique_ptr<MenuBarView> menus_;
     std::vector<std::unique_ptr<ControlView>> views_;
     QFocusFrame* focus_ring_;
-    std::unique_ptr<Shield> shield_;  // while a modal window keeps the contents from answering
-    std::int32_t refreshes_ = 0;
+    std::unique_ptr<Shield> shield_;  // not null while the window is blocked
+    std::int32_t refreshes_ = 0;      // the value of Window::Refreshes() at the last redrawing
 };
 
 }  // namespace varnith

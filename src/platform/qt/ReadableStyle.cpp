@@ -9,12 +9,14 @@ namespace varnith {
 
 void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                   const QWidget* widget) const {
+    // Only the check boxes of a dark desktop are drawn otherwise.
     const auto* box =
         element == PE_IndicatorCheckBox ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
     if (!box || box->palette.base().color().lightness() > box->palette.text().color().lightness()) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
+    // Fusion derives the outline from this colour.
     QStyleOptionButton readable(*box);
     readable.palette.setColor(QPalette::Window, box->palette.text().color());
     QProxyStyle::drawPrimitive(element, &readable, painter, widget);

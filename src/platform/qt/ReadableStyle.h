@@ -4,9 +4,9 @@
 
 namespace varnith {
 
-// The desktop's style with two things mended. Fusion draws the outline of a check box darker than the window,
-// which on a dark desktop leaves an empty box unseen. And it shows of some controls hardly that they have the
-// focus, so the ring around the one that has it is drawn in the colour of what is highlighted.
+// The desktop's style with two corrections. Fusion draws the outline of a check box darker than the window,
+// so on a dark desktop an empty box can't be seen: here the outline is derived from the text colour. Fusion
+// also hardly shows the focus of some controls: here the focus frame has the highlight colour.
 class ReadableStyle : public QProxyStyle {
   public:
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -6,8 +6,8 @@
 
 namespace varnith {
 
-// Asks the user where to write a file, see Desktop::ChooseFileToWrite. The dialog shows that folder at first,
-// which becomes the one that the user has chosen.
+// Lets the user choose a file to write; see Desktop::ChooseFileToWrite. The dialog opens in `folder`, and
+// `folder` becomes the one of the chosen file.
 std::optional<std::string> AskForFileToWrite(const std::string& filter, const std::string& name,
                                              QString& folder);
 

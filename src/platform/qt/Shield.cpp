@@ -22,7 +22,7 @@ Shield::~Shield() {
         clearFocus();
 }
 
-// Who works on a window that doesn't answer is shown the one that does.
+// A click on a blocked window brings up the window that blocks it.
 void Shield::mousePressEvent(QMouseEvent* /*event*/) {
     Application::Current().BringToFront();
 }

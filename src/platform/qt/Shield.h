@@ -5,23 +5,23 @@
 
 namespace varnith {
 
-// Lies over a window's contents, unseen, while a modal window keeps them from answering, and takes the mouse
-// and the focus in their place. A button that was held down when it came still gets its release. When it
-// goes, the focus is back where it was.
+// An invisible widget over a window's contents. It takes the mouse and the keyboard focus from them while a
+// modal window blocks the window. If a mouse button was down before, the pressed widget still gets its
+// release. The destructor restores the focus.
 class Shield : public QWidget {
   public:
-    // REQUIRES: the contents outlive it, and have a parent.
+    // REQUIRES: the contents outlive it and have a parent, which becomes the parent of the shield.
     explicit Shield(QWidget& contents);
     ~Shield() override;
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
-    // Sees that the contents have got another size.
+    // Keeps the shield as large as the contents.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     QWidget& contents_;
-    QPointer<QWidget> focused_;
+    QPointer<QWidget> focused_;  // had the focus before
 };
 
 }  // namespace varnith

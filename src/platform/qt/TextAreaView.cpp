@@ -10,8 +10,8 @@ namespace varnith {
 
 namespace {
 
-// The text as it is edited. Other than toPlainText this keeps each character as the user has it, blanks that
-// don't break among them; lines end in Unicode's separator of paragraphs.
+// The text in Qt's form: lines are separated by U+2029 (paragraph separator). Unlike toPlainText this keeps
+// every character, for example no-break spaces.
 QString Edited(const QPlainTextEdit& edit) {
     return edit.document()->toRawText();
 }
@@ -25,12 +25,14 @@ std::string FromEdited(QString text) {
     return Encoded(text);
 }
 
-// A character outside of the basic plane takes two places in Qt's texts.
+// The number of characters. One outside the Basic Multilingual Plane takes two places (UTF-16 units) in a
+// QString.
 std::int32_t Characters(QStringView text) {
     return static_cast<std::int32_t>(
         std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isLowSurrogate(); }));
 }
 
+// The place at which a character starts, given its index.
 int PlaceOf(std::int32_t character, QStringView text) {
     int place = 0;
     for (; character > 0 && place < text.size(); --character) place += text[place].isHighSurrogate() ? 2 : 1;
@@ -72,7 +74,7 @@ void TextAreaView::Update() {
     FollowSelection(text);
 }
 
-// Only what differs is replaced, as one step that the user can undo.
+// Replaces only the part that differs, as one undo step.
 void TextAreaView::Replace(const QString& shown, const QString& text) {
     const QSignalBlocker by_program(edit_);
     const auto first = std::mismatch(shown.begin(), shown.end(), text.begin(), text.end());

@@ -7,7 +7,7 @@
 
 namespace varnith {
 
-// The view of a field of several lines. Tab goes on to the next control.
+// The view of an EditField of several lines. Tab moves on to the next control.
 class TextAreaView : public ControlView {
   public:
     TextAreaView(EditField& field, QPlainTextEdit& edit, FrameClock& clock);

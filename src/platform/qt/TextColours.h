@@ -5,14 +5,14 @@
 
 namespace varnith {
 
-// The colour, lightened in its hue until it can be told from a dark background.
+// The colour; on a dark background lightened, at the same hue, so that it can be read.
 QColor ReadableOn(const QColor& background, const QColor& colour);
 
-// Has a widget write black on white, whatever the desktop's colours.
+// Sets black text on white, whatever the desktop's colours.
 void SetBlackOnWhite(QWidget& widget);
 
-// Sets the colour of a label's text. Black stands for the desktop's own colour of texts; another one is made
-// readable on the window.
+// Sets the colour of a label's text. Black leaves the desktop's own text colour; any other is made readable
+// on the window.
 void SetTextColour(QWidget& label, const QColor& colour);
 
 }  // namespace varnith

@@ -6,13 +6,13 @@
 
 namespace varnith {
 
-// Knows when the user last pressed a key or a button. An application that is started for it may then come to
-// the front, where desktops keep one back that comes up unasked.
+// Records when the user last pressed a key or a mouse button. A desktop keeps a newly started application in
+// the background unless its startup id shows that the user has just asked for it.
 class UserTime : public QObject {
   public:
     explicit UserTime(QApplication& application);
 
-    // A name for the start of an application that the user has just asked for
+    // A new startup id with the time of the last press
     // (https://specifications.freedesktop.org/startup-notification-spec/startup-notification-latest.txt).
     std::string NewStartupId();
 
@@ -20,7 +20,7 @@ class UserTime : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    quint64 milliseconds_ = 0;  // on the window system's clock
+    quint64 milliseconds_ = 0;  // on the window system's clock, 0 before the first press
     int starts_ = 0;
 };
 

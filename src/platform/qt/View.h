@@ -10,16 +10,17 @@ namespace varnith {
 
 class View;
 
-// Brings the stale views up to date, all together and at most once a frame. A scan changes the list and
-// the title a hundred thousand times a second; the window system hears of it thirty times.
+// Updates the stale views together, at most once a frame. A scan changes the list and the title with every
+// file, but the window system gets only one change a frame.
 class FrameClock {
   public:
     FrameClock();
 
+    // Registers a stale view for the next frame. The view isn't owned.
     void Add(View& view);
     void Remove(View& view);
 
-    // Brings the stale views up to date at once.
+    // Updates the stale views now.
     void Flush();
 
   private:
@@ -28,8 +29,8 @@ class FrameClock {
     QElapsedTimer since_last_frame_;
 };
 
-// The view of an Observed: reads its state anew in Update when it has changed. Watches it as long as it
-// lives.
+// Base class of the views. Observes an Observed for as long as it lives, and reads its state in Update after
+// a change.
 class View : public Observed::Observer {
   public:
     // REQUIRES: the clock and what is observed outlive the view.
@@ -38,9 +39,10 @@ class View : public Observed::Observer {
     View& operator=(const View&) = delete;
     ~View() override;
 
+    // Marks the view as stale.
     void Changed() final;
 
-    // Shows the state as it is now.
+    // Shows the current state.
     virtual void Update() = 0;
 
   private:

@@ -22,7 +22,7 @@ Application* current = nullptr;
 
 Application::Application() {
     current = this;
-    // The reader of a FIFO that is written may go away: the write fails then, which is no reason to end.
+    // A write to a pipe whose reader has gone must fail with an error instead of killing the process.
     signal(SIGPIPE, SIG_IGN);
     SetUnhandledExceptionHandler([this](const std::exception& error) { Handle(error); });
 }
@@ -78,7 +78,8 @@ void Application::LetGo(Window& window) {
     const bool was_in_front = FrontWindow() == Ref<Window>(&window);
     std::erase(windows_, Ref<Window>(&window));
     BlockOthers();
-    // Where a dialog and its window go at once, a window manager may leave the keyboard with neither.
+    // If a dialog and its window close together, some window managers leave no window with the keyboard
+    // focus.
     if (was_in_front && !quitting_) BringToFront();
 }
 

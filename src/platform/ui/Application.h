@@ -10,8 +10,8 @@
 
 namespace varnith {
 
-// The program as a whole: its version, its menu bar, its open windows and its run loop. There is one object
-// of this class or of one derived from it; making it makes it the current one.
+// The program as a whole: its version, its menu bar, its open windows and its event loop. A program
+// constructs one object of this class or of a class derived from it, which then is Application::Current().
 class Application {
   public:
     Application();
@@ -19,37 +19,40 @@ class Application {
     Application& operator=(const Application&) = delete;
     virtual ~Application();
 
-    // The one application. REQUIRES: there is one.
+    // REQUIRES: an Application exists.
     static Application& Current();
 
-    // The run loop: the application's opening event, then the windows that wait to be opened, then events
-    // until Quit. After it all threads are ended and all windows gone, without their closing events.
-    // Returns the status given to Quit.
+    // Runs the program: calls Event_Open, opens the windows that were asked to open before, then runs the
+    // event loop until Quit. At the end all threads are killed and all windows released; Event_Close is not
+    // called. Returns the status given to Quit.
     int Run();
 
-    // Ends the run loop soon, from wherever it is called, with that status. The handler that calls it is
-    // run to its end.
+    // Ends the event loop with this exit status. The handler or thread that calls it runs on to its end. Only
+    // the first call counts.
     void Quit(int status);
     bool IsQuitting() const { return quitting_; }
 
-    // Runs the event loop once from within a handler, which may so be entered again. Waits that many
-    // milliseconds for an event if there is none; not at all below 1.
+    // Runs one turn of the event loop inside a handler. The turn may enter the same handler again. If no
+    // event is waiting, waits up to this many milliseconds for one; a value below 1 means no wait.
     void DoEvents(std::int32_t milliseconds);
 
     void SetMenuBar(const Ref<varnith::MenuBar>& bar) { menu_bar_ = bar; }
     const Ref<varnith::MenuBar>& MenuBar() const { return menu_bar_; }
 
-    // The window in front of the program's others, nil if none is open. It is the newest modal one, else the
-    // last one shown, or as the user has arranged them.
+    // The program's frontmost window; nil if none is open. While modal windows are open it is the newest of
+    // them, otherwise the window that was shown or activated last.
     Ref<Window> FrontWindow() const;
-    // Without effect on a window that a modal one keeps from answering.
+    // Notes that a window is the frontmost, without asking the desktop for it. No effect on a blocked window.
     void SetFrontWindow(Window& window);
+    // Whether a modal window blocks this one.
     bool IsBlocked(const Window& window) const;
-    // Shows the front window in front of the others.
+    // Asks the desktop to raise and activate the front window.
     void BringToFront();
 
-    // Whether the entry can be chosen now, and the user's choice of it.
+    // Whether the user can choose the menu entry now.
     bool IsEnabled(const MenuItem& item) const;
+    // The user chooses the entry: runs the front window's handler for it, or quits for a QuitMenuItem.
+    // A disabled entry does nothing.
     void Choose(const Ref<MenuItem>& item);
 
     std::int32_t MajorVersion() const { return version_.major; }
@@ -64,9 +67,10 @@ class Application {
     };
     void SetVersion(const Version& version) { version_ = version; }
 
+    // Called at the start of Run, before the first window opens.
     virtual void Event_Open() {}
-    // An exception has reached the top of an event handler or of a thread. True if it is handled; otherwise
-    // it is reported, and the program ends with status 1.
+    // Called with an exception that escapes from an event handler or a thread. Return true to carry on.
+    // Otherwise the program shows the exception in a message box and quits with status 1.
     virtual bool Event_UnhandledException(const std::exception& /*error*/) { return false; }
 
   private:
@@ -85,10 +89,10 @@ class Application {
     int status_ = 0;
     Version version_;
     Ref<varnith::MenuBar> menu_bar_;
-    std::vector<Ref<Window>> windows_;  // the open ones and those that wait to be, the frontmost last
+    std::vector<Ref<Window>> windows_;  // open or waiting for Run; the frontmost is last
 };
 
-// Ends the program with that status.
+// The same as Application::Current().Quit(status).
 void Quit(int status);
 
 }  // namespace varnith

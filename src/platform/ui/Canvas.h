@@ -5,9 +5,10 @@
 
 namespace varnith {
 
-// An area that shows a picture, as large as fits without distortion, in the middle.
+// An area that shows a picture, centred and as large as fits without distortion.
 class Canvas : public Control {
   public:
+    // Nil shows nothing.
     void SetBackdrop(const Ref<Picture>& picture) { Set(backdrop_, picture); }
     const Ref<Picture>& Backdrop() const { return backdrop_; }
 

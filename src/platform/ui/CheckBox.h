@@ -7,13 +7,13 @@
 
 namespace varnith {
 
-// A box to tick, with a caption.
+// A check box with a caption in UTF-8.
 class CheckBox : public Control {
   public:
     void SetCaption(std::string caption) { Set(caption_, std::move(caption)); }
     const std::string& Caption() const { return caption_; }
 
-    // The tick. The user's click sets it too.
+    // Whether the box is ticked. A click of the user changes it too.
     void SetValue(bool value) { Set(value_, value); }
     bool Value() const { return value_; }
 

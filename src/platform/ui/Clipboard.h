@@ -6,10 +6,10 @@
 
 namespace varnith {
 
-// The desktop's clipboard, open from the making of the object until Close.
+// Reads the desktop's clipboard. It is open from its construction until Close.
 class Clipboard {
   public:
-    // The text on it; empty if it holds none, or is closed.
+    // The text on the clipboard in UTF-8; empty if it holds no text or is closed.
     std::string Text() const { return open_ ? Desktop::Current().ClipboardText() : ""; }
 
     void Close() { open_ = false; }

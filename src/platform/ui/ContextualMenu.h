@@ -8,27 +8,27 @@
 
 namespace varnith {
 
-// A menu that comes up where the user asks for it. It has no place in a window.
+// A context menu. Unlike other controls it has no place in a window.
 class ContextualMenu : public Control {
   public:
-    // The user has chosen the entry with that text.
+    // Called with the text of the entry that the user has chosen.
     std::function<void(const std::string& entry)> Action;
 
     void AddRow(const std::string& text) { rows_.push_back(text); }
-    // Adds a line between entries.
+    // Adds a separator.
     void AddSeparator() { rows_.emplace_back("-"); }
     const std::vector<std::string>& Rows() const { return rows_; }
 
-    // Shows the menu at the mouse and waits for the user in an event loop of its own; a choice is delivered
-    // before it returns.
+    // Shows the menu where the user asked for it and runs a nested event loop until the menu closes. A choice
+    // of the user calls Action before Open returns.
     void Open();
 
   private:
     std::vector<std::string> rows_;
 };
 
-// Whether the press that is being delivered asks for a context menu: one of the right button, or of the key
-// that stands for it.
+// Whether a press that asks for a context menu is being delivered: of the right mouse button or of the menu
+// key.
 bool IsContextualClick();
 
 }  // namespace varnith

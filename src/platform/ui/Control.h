@@ -11,7 +11,7 @@
 
 namespace varnith {
 
-// A place in a window, in pixels from the top left of its contents.
+// A rectangle in a window, in pixels from the top left corner of the window's contents.
 struct Bounds {
     std::int32_t Left = 0;
     std::int32_t Top = 0;
@@ -21,8 +21,9 @@ struct Bounds {
     bool operator==(const Bounds&) const = default;
 };
 
-// The window edges from which a control keeps its distance. Locked to both edges of an axis it stretches
-// with the window, locked to the far one only it moves along, otherwise it stays.
+// The window edges to which a control keeps its distance when the window is resized. If it is locked to both
+// edges of an axis, it stretches. If it is locked to the right or the bottom edge only, it moves along.
+// Otherwise it stays where it is.
 struct Locks {
     bool Left = false;
     bool Top = false;
@@ -32,32 +33,34 @@ struct Locks {
 
 enum class TextAlign : std::uint8_t { Left = 0, Centre = 1, Right = 2 };
 
-// The size of the texts in the program's windows, in pixels.
+// The text size in the program's windows, in pixels.
 constexpr std::int32_t SystemTextSize = 13;
 
-// What all controls have. A control holds its state and its event slots and works with no window system; a
-// view shows it while its window is open. The user's actions come in through the same operations that a
-// test calls.
+// The base class of all controls. A control holds its state and its event slots (std::function members) and
+// needs no window system; while its window is open, a view shows it. The view reports the user's actions by
+// calling the same operations that a test calls. Texts are UTF-8, but a file name in one may hold any bytes.
 class Control : public Observed {
   public:
     virtual ~Control() = default;
 
-    // Where the control stands in its window, and what it clings to. The owner is what the control is a part
-    // of, and is kept alive while a slot of the control runs.
+    // Sets the control's place in its window. The owner is the object that the control is a member of. The
+    // control doesn't own it, but keeps it alive while one of its slots runs. Tab moves the focus from
+    // control to control by rising tab_index.
     // REQUIRES: called once, before the window opens.
     void Place(RefCounted& owner, const Bounds& bounds, const Locks& locks, std::int32_t tab_index);
 
     const Bounds& CurrentBounds() const { return bounds_; }
     std::int32_t TabIndex() const { return tab_index_; }
 
-    // The window's contents have grown by that much since the layout; follows its locks.
+    // The window's contents are larger than in the layout by this many pixels, or smaller if negative. Moves
+    // and resizes the control by its locks.
     void FollowWindow(std::int32_t more_width, std::int32_t more_height);
 
-    // The user presses a key while the control has the focus; the key is given as for Window::PressKey. True
-    // if the control has taken it and is to make nothing else of it.
+    // The user presses a key while the control has the focus; Window::PressKey tells the form of the key.
+    // Returns true if the control has handled the key, so that the toolkit skips its default handling.
     virtual bool PressKey(const std::string& /*key*/) { return false; }
 
-    // The size of the text in pixels; 0 for the system's own.
+    // The text size in pixels; 0 for the desktop's own.
     void SetTextSize(std::int32_t size) { Set(text_size_, size); }
     std::int32_t TextSize() const { return text_size_; }
 
@@ -71,7 +74,7 @@ class Control : public Observed {
     bool Enabled() const { return enabled_; }
 
   protected:
-    // Runs a slot of the control, which may close the control's window.
+    // Runs a slot of the control. The slot may close the control's window.
     template <class Result, class... Arguments>
     Result Fire(const std::function<Result(Arguments...)>& slot,
                 std::type_identity_t<Arguments>... arguments) {

@@ -7,17 +7,17 @@
 
 namespace varnith {
 
-// Shows the folder dialog and returns the choice; nil if the user cancels.
+// Lets the user choose a folder in a modal dialog; nil if the user cancels.
 Ref<FolderItem> SelectFolder();
 
-// Shows the save dialog for files of a type, given as the type's text, with a name to offer, and returns the
-// choice; nil if the user cancels. The dialog asks before it gives a file that exists.
+// Lets the user choose a file to write in a modal dialog that suggests default_name; nil if the user cancels.
+// file_type has the form "Name (*.extension)". The dialog asks before it accepts an existing file.
 Ref<FolderItem> GetSaveFolderItem(const std::string& file_type, const std::string& default_name);
 
-// Shows a message with one button and waits for it.
+// Shows a message with one button and waits until the user closes it.
 void MsgBox(const std::string& text);
 
-// Sounds the system's signal.
+// Plays the desktop's alert sound.
 void Beep();
 
 // Opens an address in the user's browser.

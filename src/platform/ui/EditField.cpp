@@ -13,11 +13,11 @@ void EditField::SetSelText(const std::string& text) {
     const std::string inserted = WithLines(text);
     SetText(Mid(text_, 1, sel_start_) + inserted + Mid(text_, sel_start_ + sel_length_ + 1));
     Select(sel_start_ + Len(inserted), 0);
-    // The text may be what it was, and the selection another.
+    // SetText marks nothing if the text is the same, but the selection may have changed.
     MarkChanged();
 }
 
-// The path that a field of one line shows may hold any character.
+// A field of one line keeps the text as it is: a path may contain line breaks.
 std::string EditField::WithLines(const std::string& text) const {
     return multi_line_ ? ReplaceAll(ReplaceAll(text, "\r\n", "\r"), "\n", "\r") : text;
 }

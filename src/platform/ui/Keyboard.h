@@ -7,16 +7,16 @@
 
 namespace varnith {
 
-// The state of the keyboard at the moment of asking. While a key press is being delivered, a key that was
-// down at the press counts as down still: the press may have waited for the program.
+// The keyboard's state now. While a key press is being delivered, the modifiers that were down at the press
+// count as down too: the press may have waited in the queue while the program was busy.
 class Keyboard {
   public:
-    // The key named Meta or Super.
+    // The Meta key, also called Super.
     static bool AsyncCommandKey() { return Desktop::Current().IsCommandKeyDown(); }
     static bool AsyncControlKey() { return Desktop::Current().IsControlKeyDown(); }
 
-    // Whether a key, given as its text, asks the window that it is pressed in to close: "w", in either case,
-    // with the command or the control key down.
+    // Whether a key, given as its text, is the shortcut that closes a window: "w" or "W" with Meta or Control
+    // down.
     static bool IsCloseShortcut(const std::string& key) {
         return SameText(key, "w") && (AsyncCommandKey() || AsyncControlKey());
     }

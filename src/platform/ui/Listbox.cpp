@@ -121,8 +121,8 @@ void Listbox::PressHeading(std::int32_t column) {
     MarkRowsChanged(0, LastIndex());
 }
 
-// What is compared is gathered first, as keys one behind the other: a million rows are sorted in a quarter of
-// the time that it takes to go through them and their texts at each comparison.
+// The sort keys are computed once and stored one after the other, so that a comparison neither computes a key
+// nor follows pointers. bench/run rows compares the sort with the bare std::stable_sort.
 std::vector<std::size_t> Listbox::SortedOrder(std::size_t column) const {
     struct Key {
         std::size_t start;

@@ -14,39 +14,40 @@
 
 namespace varnith {
 
-// A list of rows in columns, with a heading. Rows and columns count from 0. A cell is text; one of type
-// CheckBox has a tick besides.
-// A text that repeats what stands in the same column of the row above is held once for both, so a folder's
-// path is there once for all rows of the folder.
+// A table with column headings. Rows and columns count from 0. A cell has a text, and one of type
+// TypeCheckBox also has a check box.
+// A text that equals the one above it in its column shares its memory: the files of a folder hold the path of
+// the folder once.
 class Listbox : public Control {
   public:
     static constexpr std::int32_t TypeCheckBox = 2;
     static constexpr std::int32_t MaxColumns = 5;
 
-    // The user has pressed a mouse button in the list, headings aside, or has asked for a context menu there
-    // by key: x and y in pixels from the list's top left. True if the list is to make nothing of the press.
+    // Called when the user presses a mouse button in the list, but not on a heading, or presses the menu key.
+    // x and y are in pixels from the list's top left corner. Return true to skip the default handling.
     std::function<bool(std::int32_t x, std::int32_t y)> MouseDown;
-    // The user has clicked twice in quick succession, on a row or below the last one. On a check box both
-    // clicks have turned the tick before.
+    // Called after a double click on a row or below the last row. On a check box each of the two clicks has
+    // toggled the tick before.
     std::function<void()> DoubleClick;
 
-    // Sets the columns: the headings, separated by tabs, give their number, which is MaxColumns at most.
-    // The widths, in pixels, are separated by commas; the columns with an empty one share the rest.
+    // Sets the columns. `headings` are separated by tabs and give the number of columns, at most MaxColumns.
+    // `widths` are in pixels, separated by commas; the columns with an empty width share the remaining space.
     void SetColumns(const std::string& headings, const std::string& widths);
     std::int32_t ColumnCount() const { return static_cast<std::int32_t>(headings_.size()); }
     const std::vector<std::string>& Headings() const { return headings_; }
-    // The width of each column; 0 for one that shares the rest.
+    // The width of each column in pixels; 0 for one that shares the remaining space.
     const std::vector<std::int32_t>& ColumnWidths() const { return widths_; }
 
     std::int32_t ListCount() const { return static_cast<std::int32_t>(rows_.Size()); }
-    // Appends a row with that text in column 0.
+    // Appends a row with this text in column 0.
     void AddRow(const std::string& text);
-    // The place of the row added last; -1 if there is none.
+    // The index of the last row; -1 if there is none.
     std::int32_t LastIndex() const { return ListCount() - 1; }
     void DeleteAllRows();
 
-    // For all of these a row or column that doesn't exist raises OutOfBoundsException. Reading the text of
-    // the column one past the last is no error: it gives an empty text.
+    // These throw OutOfBoundsException for a row or column that doesn't exist. The one exception: Cell
+    // returns an empty text for the column just after the last. A type is TypeCheckBox or 0. A tag is a text
+    // that isn't shown.
     std::string Cell(std::int32_t row, std::int32_t column) const;
     void SetCell(std::int32_t row, std::int32_t column, const std::string& text);
     std::int32_t CellType(std::int32_t row, std::int32_t column) const;
@@ -56,31 +57,32 @@ class Listbox : public Control {
     std::string CellTag(std::int32_t row, std::int32_t column) const;
     void SetCellTag(std::int32_t row, std::int32_t column, const std::string& tag);
 
-    // The highlighted row, one at a time; -1 for none. Takes any row of the list; others highlight none.
+    // The highlighted row; -1 if none is. Setting a row that doesn't exist highlights none.
     std::int32_t ListIndex() const { return list_index_; }
     void SetListIndex(std::int32_t row);
 
-    // The column by which the rows are sorted, or -1. A row added or the list emptied ends that.
+    // The column by which the rows are sorted; -1 if they are not, as after AddRow or DeleteAllRows.
     std::int32_t HeadingIndex() const { return heading_index_; }
     bool SortedDescending() const { return sorted_descending_; }
 
-    // The user presses a heading: the rows are sorted by that column in natural order, check boxes by their
-    // ticks, rising, or falling if they rise already. Equal rows keep their order, and each row keeps its
-    // tick, its tag and the highlight.
+    // The user clicks a heading: sorts the rows by that column in natural order, and by the tick where the
+    // texts are equal. Sorts in ascending order, or in descending order if the column already is in ascending
+    // order. The sort is stable. Ticks, tags and the highlight move with their rows.
     void PressHeading(std::int32_t column);
 
-    // The user's mouse, see the slots.
+    // The user presses a mouse button or double-clicks: runs the slots above.
     bool PressMouse(std::int32_t x, std::int32_t y) { return Fire(MouseDown, x, y); }
     void ClickTwice() { Fire(DoubleClick); }
 
-    // The user clicks a check box or presses the space bar on a row: turns the tick of the first check box
-    // of that row. Without effect where there is none.
+    // The user clicks a check box or presses the space bar on a row: toggles the row's first check box. No
+    // effect if the row doesn't exist or has none.
     void ToggleCheck(std::int32_t row);
 
-    // For the view. How often the list was emptied: what a view remembers of rows is void with each.
+    // For the view: the number of calls of DeleteAllRows. A change means that nothing the view knows about
+    // rows is still true.
     std::int32_t Clearings() const { return clearings_; }
-    // For the view. The rows whose cells have changed since it asked last, from the first up to and including
-    // the last; first > last for none. Rows added since count among them, rows that are gone may.
+    // For the view: the range of rows whose cells have changed since the last call, `last` included. Added
+    // rows are in it. It may reach past the end of the list. It is empty if first > last.
     struct RowRange {
         std::int32_t first = INT32_MAX;
         std::int32_t last = -1;
@@ -96,10 +98,10 @@ class Listbox : public Control {
     };
 
     const Row& At(std::int32_t row, std::int32_t column) const;
-    // The row to write to; notes it as changed.
+    // The row, for writing. Marks it as changed.
     Row& Changing(std::int32_t row, std::int32_t column);
     void MarkRowsChanged(std::int32_t first, std::int32_t last);
-    // The rows' places in the order by that column.
+    // The rows' indices, in the order by that column.
     std::vector<std::size_t> SortedOrder(std::size_t column) const;
 
     std::vector<std::string> headings_;

@@ -7,22 +7,22 @@
 
 namespace varnith {
 
-// An entry of a menu, or a menu itself, which has entries of its own. What an entry does is up to the
-// windows: see Window::AddMenuHandler.
+// An entry of a menu, or a menu with entries of its own. Window::AddMenuHandler gives an entry its action.
 class MenuItem : public RefCounted {
   public:
     std::string Name;
-    // What the user reads. "&" marks the letter of the mnemonic; a single "-" makes a separator line.
+    // The text that is shown, in UTF-8. "&" marks the mnemonic; a text of only "-" makes a separator.
     std::string Text;
-    // Enabled exactly while the frontmost window has a handler for the entry.
+    // If true, the entry is enabled while the frontmost window has a handler for it; if false, it is
+    // disabled. A menu with entries is always enabled.
     bool AutoEnable = false;
-    // "Cmd+" and a letter; shows and answers as Ctrl+ and the letter.
+    // Empty, or "Cmd+" and a letter. It stands for Ctrl+ and the letter.
     std::string KeyboardShortcut;
 
     void Append(const Ref<MenuItem>& item) { items_.push_back(item); }
     const std::vector<Ref<MenuItem>>& Items() const { return items_; }
 
-    // The entry of that name, here or in a menu below, whatever the case; nil if there is none.
+    // The entry of that name, here or in a submenu, regardless of case; nil if there is none.
     Ref<MenuItem> Child(const std::string& name) const;
 
     bool IsSeparator() const { return Text == "-"; }
@@ -31,14 +31,13 @@ class MenuItem : public RefCounted {
     std::vector<Ref<MenuItem>> items_;
 };
 
-// The entry that ends the program. It needs no handler and is always enabled.
+// The entry that quits the program. It needs no handler and is always enabled.
 class QuitMenuItem : public MenuItem {};
 
-// The entry that tells about the program. A desktop with an application menu would have it there; here it
-// stays where the tree has it.
+// The "About" entry. On a desktop with an application menu it would move there; here it stays in its menu.
 class AppleMenuItem : public MenuItem {};
 
-// The bar whose entries are the menus.
+// The menu bar. Its entries are the menus.
 class MenuBar : public MenuItem {};
 
 }  // namespace varnith

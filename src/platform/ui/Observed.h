@@ -4,14 +4,14 @@
 
 namespace varnith {
 
-// What has a view: a change of its state marks the view stale, and the view reads the state anew when the
-// next frame is due. A change is cheap, however often it happens and whether anybody watches or not.
+// The base class of everything that has a view. A change of state only marks the view as stale, and the view
+// reads the state with the next frame. So a change is cheap, however many there are in a frame.
 class Observed {
   public:
     class Observer {
       public:
         virtual ~Observer() = default;
-        // The state has changed; comes at every change and must return at once, without asking for it.
+        // Called at every change. Must return at once and must not read the state.
         virtual void Changed() = 0;
     };
 
@@ -19,7 +19,8 @@ class Observed {
     Observed(const Observed&) = delete;
     Observed& operator=(const Observed&) = delete;
 
-    // Sets who watches; null for nobody. The observer is not owned and has to take itself off in time.
+    // Sets the observer; null for none. The observer isn't owned and must unset itself before it is
+    // destroyed.
     void SetObserver(Observer* observer) { observer_ = observer; }
 
   protected:
@@ -29,7 +30,7 @@ class Observed {
         if (observer_) observer_->Changed();
     }
 
-    // Sets a property, and marks the view stale if its value is another one now.
+    // Sets a property and, if its value changes, marks the view as stale.
     template <class T, class U>
     void Set(T& property, U&& value) {
         if (property == value) return;

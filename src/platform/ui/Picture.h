@@ -7,16 +7,15 @@
 
 namespace varnith {
 
-// A drawing that is sharp at any size: an SVG document, within SVG Tiny 1.2
-// (https://www.w3.org/TR/SVGTiny12/).
+// A vector drawing: an SVG document within SVG Tiny 1.2 (https://www.w3.org/TR/SVGTiny12/).
 class Picture : public RefCounted {
   public:
     explicit Picture(std::string source) : source_(std::move(source)) {}
 
     const std::string& Source() const { return source_; }
 
-    // What is seen of the picture: as much of each place as the mask covers there, in whatever colour.
-    // Without a mask it is what the picture itself covers.
+    // The mask's opacity replaces the picture's: the picture is as opaque at each point as the mask is there.
+    // The mask's colours don't matter. Nil leaves the picture its own opacity.
     void SetMask(const Ref<Picture>& mask) { mask_ = mask; }
     const Ref<Picture>& Mask() const { return mask_; }
 

@@ -24,7 +24,7 @@ void PopupMenu::SetListIndex(std::int32_t index) {
 }
 
 void PopupMenu::Pick(const std::string& entry) {
-    // The view shows a choice that may not come about.
+    // The widget already shows the picked entry. The view has to correct it if the pick fails.
     MarkChanged();
     const auto found = std::find(rows_.begin(), rows_.end(), entry);
     if (found == rows_.end()) return;

@@ -9,26 +9,27 @@
 
 namespace varnith {
 
-// A choice among entries. ListIndex is the place of the chosen one, from 0; -1 while none is chosen.
+// A control that offers one choice of several entries (a combo box without a text field). ListIndex is the
+// index of the chosen entry; -1 if none is chosen.
 class PopupMenu : public Control {
   public:
-    // The user has picked an entry. No change by the program fires it.
+    // Called when the user picks an entry, but not when the program changes the choice.
     std::function<void()> Change;
 
     void AddRow(const std::string& text);
-    // Leaves no entry chosen.
+    // Also sets ListIndex to -1.
     void DeleteAllRows();
     const std::vector<std::string>& Rows() const { return rows_; }
 
     std::int32_t ListIndex() const { return list_index_; }
-    // Chooses an entry without firing Change. A place that does not exist leaves none chosen.
+    // Chooses an entry without calling Change. An index that doesn't exist sets -1.
     void SetListIndex(std::int32_t index);
 
-    // The chosen entry; empty while none is chosen.
+    // The text of the chosen entry; empty if none is chosen.
     std::string Text() const;
 
-    // The user picks an entry, by its text as it was shown: of some that read alike the first. One that has
-    // gone meanwhile picks nothing.
+    // The user picks an entry, given by the text that was shown. If several entries have that text, it picks
+    // the first. Does nothing if the entry has been removed since it was shown.
     void Pick(const std::string& entry);
 
   private:

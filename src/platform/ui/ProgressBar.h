@@ -13,7 +13,7 @@ class ProgressBar : public Control {
     void SetMaximum(std::int32_t maximum) { Set(maximum_, maximum); }
     std::int32_t Maximum() const { return maximum_; }
 
-    // A value outside of the bar becomes the nearest one in it.
+    // A value below 0 or above the maximum is clamped.
     void SetValue(std::int32_t value) { Set(value_, std::clamp(value, 0, maximum_)); }
     std::int32_t Value() const { return value_; }
 

@@ -8,14 +8,16 @@
 
 namespace varnith {
 
+// A button with a caption in UTF-8.
 class PushButton : public Control {
   public:
+    // Called when the user presses the button.
     std::function<void()> Action;
 
     void SetCaption(std::string caption) { Set(caption_, std::move(caption)); }
     const std::string& Caption() const { return caption_; }
 
-    // The default button is pressed by the Return key too, from anywhere in its window.
+    // The Return key presses the default button, wherever in its window the focus is.
     void SetDefault(bool is_default) { Set(default_, is_default); }
     bool Default() const { return default_; }
 

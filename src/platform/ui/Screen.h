@@ -6,7 +6,8 @@
 
 namespace varnith {
 
-// A screen of the desktop, by its number from 0, which is the main one. Sizes are in pixels.
+// A screen of the desktop. Screens are numbered from 0, the main one. The size, in pixels, is the one at
+// construction.
 class Screen {
   public:
     explicit Screen(int number) : size_(Desktop::Current().ScreenSize(number)) {}

@@ -9,11 +9,11 @@
 
 namespace varnith {
 
-// A label. Its text is shown as it stands, on one line, or wrapped to several.
+// A label. Its text, in UTF-8, is shown as plain text, on one line or wrapped to several.
 class StaticText : public Control {
   public:
-    // The user has pressed the mouse button on the label: x and y in pixels from its top left. True if the
-    // label is to hear of the rest of the click.
+    // Called when the user presses the mouse button on the label. x and y are in pixels from its top left
+    // corner. The result goes to the caller of PressMouse; the view ignores it.
     std::function<bool(std::int32_t x, std::int32_t y)> MouseDown;
 
     void SetText(std::string text) { Set(text_, std::move(text)); }
@@ -25,11 +25,10 @@ class StaticText : public Control {
     void SetMultiLine(bool multi_line) { Set(multi_line_, multi_line); }
     bool MultiLine() const { return multi_line_; }
 
-    // The colour as 0xRRGGBB. Black is the desktop's own colour of texts.
+    // 0xRRGGBB. Black (0) stands for the desktop's own text colour.
     void SetTextColor(std::uint32_t colour) { Set(text_color_, colour); }
     std::uint32_t TextColor() const { return text_color_; }
 
-    // The user presses the mouse button.
     bool PressMouse(std::int32_t x, std::int32_t y) { return Fire(MouseDown, x, y); }
 
   private:

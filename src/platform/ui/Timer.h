@@ -9,11 +9,11 @@
 
 namespace varnith {
 
-// A clock of the event loop, that of a dialog too. While a handler keeps the loop waiting it doesn't fire;
-// firings that fell due meanwhile come as one behind it.
+// Calls Action repeatedly from the event loop, nested loops included. It can't fire while a handler runs;
+// firings that were due in that time are merged into one after the handler.
 class Timer {
   public:
-    // The owner is what the timer is a part of, and is kept alive while the slot runs.
+    // The owner is the object that the timer is a member of. The timer keeps it alive while Action runs.
     explicit Timer(RefCounted& owner) : owner_(owner) {}
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
@@ -22,7 +22,7 @@ class Timer {
 
     enum class ModeKind : std::uint8_t { Off = 0, Multiple = 2 };
 
-    // How often it fires while the mode is Multiple, in milliseconds. A change starts the period anew.
+    // The period in milliseconds; it is 1000 at first. A change restarts the timer.
     void SetPeriod(std::int32_t milliseconds);
     void SetMode(ModeKind mode);
 

@@ -15,31 +15,32 @@
 
 namespace varnith {
 
-// A window: its properties, its controls and its events. It is made, opened and closed; between opening and
-// closing the application holds a Ref to it, and the desktop, if there is a display, shows it.
+// A window: its properties, its controls and its events. While it is open the application holds a Ref to it
+// and the desktop, if there is a display, shows it.
 class Window : public RefCounted, public Observed {
   public:
     ~Window() override;
 
-    // Opens the window: the opening event, then it is shown. Before the application runs, it is only noted
-    // down and opens when the run loop starts. Without effect on one that is open.
+    // Opens the window: calls Event_Open, then shows the window. Before Application::Run the window is only
+    // registered, and Run opens it. No effect on an open window.
     void Open();
 
-    // Shows the window in front of the others, opening it if it isn't open yet.
+    // Opens the window unless it is open, and brings it to the front.
     void Show();
 
-    // Closes the window: the closing event, then the view goes and the application lets go of it.
-    // Without effect on one that isn't open.
+    // Closes the window: calls Event_Close, removes the window from the screen and drops the application's
+    // Ref. No effect on a window that isn't open.
     void Close();
 
-    // Has everything in the window drawn anew with the next frame, the background too if asked for.
+    // Redraws the whole window with the next frame. The background is redrawn in any case.
     void Refresh(bool erase_background);
 
+    // In UTF-8.
     void SetTitle(std::string title) { Set(title_, std::move(title)); }
     const std::string& Title() const { return title_; }
 
-    // Place of the window on the screen and size of its contents, without the menu bar, in pixels. The
-    // controls follow a new size by their locks. A size is kept between the least and the greatest.
+    // The window's position on the screen and the size of its contents without the menu bar, in pixels. The
+    // size is clamped to Style's minimum and maximum. The controls follow it by their locks.
     void SetLeft(std::int32_t left);
     void SetTop(std::int32_t top);
     void SetSize(std::int32_t width, std::int32_t height);
@@ -48,13 +49,13 @@ class Window : public RefCounted, public Observed {
     std::int32_t Width() const { return width_; }
     std::int32_t Height() const { return height_; }
 
-    // How a window stands to the others: one of several documents, or a modal one, which can be moved but
-    // keeps the contents of the program's other windows from answering until it is closed.
+    // A document window, or a modal one. A modal window can be moved; until it closes it blocks the contents
+    // of the program's other windows.
     enum class FrameKind : std::uint8_t { Document = 0, MovableModal = 1 };
-    // Where a window comes up: where its Left and Top say, or in the middle of its parent's screen.
+    // Where a window appears: at Left and Top, or in the middle of its parent's screen.
     enum class PlacementKind : std::uint8_t { Default = 0, ParentScreen = 3 };
 
-    // The layout of a window, fixed before it opens.
+    // Properties that are fixed before the window opens. Sizes are in pixels and of the contents.
     struct Style {
         FrameKind Frame = FrameKind::Document;
         PlacementKind Placement = PlacementKind::Default;
@@ -66,49 +67,53 @@ class Window : public RefCounted, public Observed {
         bool CloseButton = true;
         bool MaximizeButton = true;
         bool MinimizeButton = true;
-        // White behind the controls, whatever the desktop's colours; the texts on it are black.
+        // Fills the contents with white, whatever the desktop's colours. The texts on it are black.
         bool WhiteBackground = false;
     };
     const Style& GetStyle() const { return style_; }
 
-    // The bar shown in the window; nil for none.
+    // The menu bar in the window; nil for none.
     void SetMenuBar(const Ref<varnith::MenuBar>& bar) { menu_bar_ = bar; }
     const Ref<varnith::MenuBar>& MenuBar() const { return menu_bar_; }
 
-    // Binds the entry of that name to a handler, for as long as this window is the frontmost. The handler
-    // returns true if the command is handled.
+    // Sets the handler for the menu entry of that name. It applies while this window is the frontmost. The
+    // handler returns true if it has handled the command.
     void AddMenuHandler(const std::string& name, std::function<bool()> handler);
     bool HasMenuHandler(const std::string& name) const { return menu_handlers_.HasKey(name); }
+    // Returns what the handler returns; false if there is none.
     bool RunMenuHandler(const std::string& name);
 
-    // The user presses a key: as the text of the key without its modifiers' effect, "w" for Ctrl+W, "W" with
-    // the shift key. True if the window has taken the key and no control is to see it.
+    // The user presses a key. The key is given as the text that it types without Control and Meta: "w" for
+    // Ctrl+W, "W" for Ctrl+Shift+W. Returns true if the window has handled the key, so that no control gets
+    // it.
     bool PressKey(const std::string& key);
 
     const std::vector<Control*>& Controls() const { return controls_; }
 
     bool IsModal() const { return style_.Frame == FrameKind::MovableModal; }
 
-    // What shows the window; nil while it isn't open, and without a display.
+    // Nil while the window isn't open, and without a display. The window owns it.
     WindowView* View() const { return view_.get(); }
 
-    // How often Refresh was asked for.
+    // For the view: the number of calls of Refresh.
     std::int32_t Refreshes() const { return refreshes_; }
 
   protected:
+    // Called by Open, Close and PressKey. Event_KeyDown returns true if it has handled the key.
     virtual void Event_Open() {}
     virtual void Event_Close() {}
     virtual bool Event_KeyDown(const std::string& /*key*/) { return false; }
-    // The window has closed; a single instance forgets itself.
+    // Called when the window has closed, so that a single instance can drop its Ref to itself.
     virtual void Forget() {}
 
     void SetStyle(const Style& style) { style_ = style; }
+    // The size, in pixels, for which the bounds of the controls are given.
     void SetDesignSize(std::int32_t width, std::int32_t height);
 
-    // Puts a control of the window in its place. REQUIRES: it lives as long as the window.
+    // Adds a control, which isn't owned. REQUIRES: the control lives as long as the window.
     void AddControl(Control& control, const Bounds& bounds, const Locks& locks, std::int32_t tab_index);
 
-    // Puts the window in the middle of the first screen; halves are kept until the difference is taken.
+    // Centres the window on the first screen. The position is rounded once, after the subtraction.
     void CentreOnScreen();
 
   private:
@@ -131,8 +136,8 @@ class Window : public RefCounted, public Observed {
     std::unique_ptr<WindowView> view_;
 };
 
-// A window class with one implicit instance, made and opened when it is first asked for, and anew after it
-// was closed.
+// A window class with a single instance. Instance creates and opens it if there is none, as at the first call
+// or after it was closed.
 template <class T>
 class SingleWindow : public Window {
   public:
