@@ -7,8 +7,8 @@
 
 namespace varnith {
 
-// A snapshot of a folder's direct entries, in natural order. Indices count from 0 and are not to pass
-// Count() - 1; one that does raises OutOfBoundsException. A folder that can't be read has no entries.
+// A snapshot of a folder's direct entries, in natural order. Indices run from 0 to Count() - 1; any other
+// raises OutOfBoundsException. A folder that can't be read has no entries.
 class FileListMBS {
   public:
     // REQUIRES: folder is not nil (NilObjectException).

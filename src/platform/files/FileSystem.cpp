@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "platform/base/InForce.h"
+#include "platform/base/Trace.h"
 #include "platform/files/OpenFolder.h"
 
 namespace varnith {
@@ -28,8 +29,19 @@ FileKind KindOf(mode_t mode) {
     return FileKind::Other;
 }
 
-// A path that the system takes, from a folder on if it is relative: one longer than PATH_MAX is walked down
-// in pieces, each relative to the folder that the piece before it led to. REQUIRES: the path outlives it.
+// The path of an open file, for a trace. Leaves errno as it is.
+std::string PathOf(const FileDescriptor& file) {
+    const int error = errno;
+    const std::string link = "/proc/self/fd/" + std::to_string(file.Descriptor());
+    std::array<char, PATH_MAX> path;
+    const ssize_t length = readlink(link.c_str(), path.data(), path.size());
+    errno = error;
+    return length < 0 ? link : std::string(path.data(), static_cast<std::size_t>(length));
+}
+
+// A path in the form that the *at calls take: a descriptor and a path relative to it. The system takes no
+// path of PATH_MAX bytes or more, so a longer one is opened piece by piece, each piece relative to the folder
+// of the piece before it. A relative path starts at `base`. REQUIRES: the path outlives this object.
 class Place {
   public:
     explicit Place(const std::string& whole, int base = AT_FDCWD)
@@ -37,10 +49,12 @@ class Place {
         while (length_ >= PATH_MAX && StepDown()) continue;
     }
 
-    // A step that led nowhere leaves a descriptor that is none, and every call on it fails.
+    // After a failed step the descriptor is -1 and every later call fails.
     int Base() const { return stepped_ ? folder_.Descriptor() : base_; }
     const char* Path() const { return path_; }
-    int Open(int flags, mode_t mode = 0666) const { return openat(Base(), path_, flags | O_CLOEXEC, mode); }
+    FileDescriptor Open(int flags, mode_t mode = 0666) const {
+        return FileDescriptor(openat(Base(), path_, flags | O_CLOEXEC, mode));
+    }
 
   private:
     bool StepDown() {
@@ -57,28 +71,38 @@ class Place {
     const int base_;
     FileDescriptor folder_;
     bool stepped_ = false;
-    const char* path_;  // relative to the folder if there is one
+    const char* path_;  // relative to Base() unless it begins with a slash
     std::size_t length_;
 };
 
-std::optional<FileStatus> ToStatus(int result, const struct stat& status) {
-    if (result != 0) return std::nullopt;
-    return FileStatus{KindOf(status.st_mode), status.st_size, status.st_mode & 07777u, status.st_uid};
+FileStatus ToStatus(const struct stat& status) {
+    return {KindOf(status.st_mode), status.st_size, status.st_mode & 07777u, status.st_uid};
 }
 
-// Copies the permissions of single users and groups, without which the mode means something else: it shows
-// the most that any of them has. A new file may have got some from its folder.
-void CopyAccessList(int from, int to) {
+std::optional<FileStatus> StatusAt(const std::string& path, int flags) {
+    const Place place(path);
+    struct stat status;
+    if (fstatat(place.Base(), place.Path(), &status, flags) == 0) return ToStatus(status);
+    // Callers ask whether something exists, so a missing file is an answer and no failure.
+    if (errno != ENOENT && errno != ENOTDIR) TraceErrno("look at", path);
+    return std::nullopt;
+}
+
+// Copies the access control list (acl(5)). Where a file has one, the group bits of its mode are only the
+// upper limit of the list's permissions, so copying the mode alone would give others more or less. A new file
+// may have inherited a list from its folder: it is removed if the model has none.
+void CopyAccessList(const FileDescriptor& from, const FileDescriptor& to) {
     constexpr const char* Name = "system.posix_acl_access";
     std::array<char, 4096> list;
-    const ssize_t size = fgetxattr(from, Name, list.data(), list.size());
-    if (size > 0)
-        fsetxattr(to, Name, list.data(), static_cast<std::size_t>(size), 0);
-    else
-        fremovexattr(to, Name);
+    const ssize_t size = fgetxattr(from.Descriptor(), Name, list.data(), list.size());
+    const int result = size > 0
+                           ? fsetxattr(to.Descriptor(), Name, list.data(), static_cast<std::size_t>(size), 0)
+                           : fremovexattr(to.Descriptor(), Name);
+    const bool had_none = size <= 0 && (errno == ENODATA || errno == EOPNOTSUPP);
+    if (result != 0 && !had_none && IsTracing()) TraceErrno("copy the access list to", PathOf(to));
 }
 
-// Whether a FIFO takes more within the time that its reader is given.
+// Waits until a FIFO's reader has made room. False if it makes none within the time limit.
 bool TakesMore(const FileDescriptor& file) {
     constexpr int Patience = 5'000;  // milliseconds
     pollfd writable{file.Descriptor(), POLLOUT, 0};
@@ -104,7 +128,7 @@ FileKind KindOfEntry(int folder, const dirent64& entry) {
     }
 }
 
-// Appends the entries of a piece of a listing, as getdents64(2) gives it.
+// Appends the entries of one buffer that getdents64(2) has filled.
 void AppendEntries(int folder, const char* piece, std::size_t size, std::vector<DirectoryEntry>& entries) {
     for (std::size_t place = 0; place < size;) {
         const auto* entry = reinterpret_cast<const dirent64*>(piece + place);
@@ -117,21 +141,30 @@ void AppendEntries(int folder, const char* piece, std::size_t size, std::vector<
 }  // namespace
 
 FileDescriptor FileSystem::OpenForReading(const std::string& path) const {
-    return FileDescriptor(Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY));
+    FileDescriptor file = Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!file) TraceErrno("open", path);
+    return file;
 }
 
 FileDescriptor FileSystem::OpenForReading(const OpenFolder& folder, const std::string& name) const {
     const auto opened = folder.Descriptor();
-    return FileDescriptor(
+    FileDescriptor file(
         openat(opened->Descriptor(), name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    // A folder that can't be opened has left its own line.
+    if (!file && *opened && IsTracing()) TraceErrno("open", folder.PathOf(name));
+    return file;
 }
 
 FileDescriptor FileSystem::OpenFolderAt(const std::string& path) const {
-    return FileDescriptor(Place(path).Open(O_RDONLY | O_DIRECTORY));
+    FileDescriptor folder = Place(path).Open(O_RDONLY | O_DIRECTORY);
+    if (!folder) TraceErrno("open folder", path);
+    return folder;
 }
 
 FileDescriptor FileSystem::OpenFolderBelow(const FileDescriptor& folder, const std::string& path) const {
-    return FileDescriptor(Place(path, folder.Descriptor()).Open(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+    FileDescriptor below = Place(path, folder.Descriptor()).Open(O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (!below && IsTracing()) TraceErrno("open folder", PathOf(folder) + "/" + path);
+    return below;
 }
 
 std::size_t FileSystem::ReadAt(const FileDescriptor& file, void* bytes, std::size_t size,
@@ -140,43 +173,45 @@ std::size_t FileSystem::ReadAt(const FileDescriptor& file, void* bytes, std::siz
     ssize_t count;
     do count = pread(file.Descriptor(), bytes, size, static_cast<off_t>(offset));
     while (count < 0 && errno == EINTR);
+    if (count < 0 && IsTracing()) TraceErrno("read", PathOf(file));
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
 std::optional<FileStatus> FileSystem::Status(const FileDescriptor& file) const {
     struct stat status;
-    return ToStatus(fstat(file.Descriptor(), &status), status);
+    if (fstat(file.Descriptor(), &status) == 0) return ToStatus(status);
+    if (IsTracing()) TraceErrno("look at", PathOf(file));
+    return std::nullopt;
 }
 
 std::optional<FileStatus> FileSystem::Status(const std::string& path) const {
-    const Place place(path);
-    struct stat status;
-    return ToStatus(fstatat(place.Base(), place.Path(), &status, 0), status);
+    return StatusAt(path, 0);
 }
 
 std::optional<FileStatus> FileSystem::EntryStatus(const std::string& path) const {
-    const Place place(path);
-    struct stat status;
-    return ToStatus(fstatat(place.Base(), place.Path(), &status, AT_SYMLINK_NOFOLLOW), status);
+    return StatusAt(path, AT_SYMLINK_NOFOLLOW);
 }
 
 std::string FileSystem::LinkTarget(const std::string& path) const {
     const Place place(path);
     std::string target(PATH_MAX, '\0');
     const ssize_t length = readlinkat(place.Base(), place.Path(), target.data(), target.size());
+    // EINVAL says that it is no link.
+    if (length < 0 && errno != EINVAL && errno != ENOENT) TraceErrno("read link", path);
     target.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
     return target;
 }
 
-// By the system call itself: the library's listing takes a descriptor away from its owner.
+// Uses the system call directly, because fdopendir(3) would take over the descriptor that the folder owns.
 std::vector<DirectoryEntry> FileSystem::Entries(const OpenFolder& folder) const {
     std::vector<DirectoryEntry> entries;
     alignas(dirent64) std::array<char, 32 << 10> piece;
     const auto opened = folder.Descriptor();
     const int descriptor = opened->Descriptor();
-    lseek(descriptor, 0, SEEK_SET);  // it may have been listed before
+    lseek(descriptor, 0, SEEK_SET);  // an earlier listing leaves the offset at the end
     for (;;) {
         const ssize_t size = getdents64(descriptor, piece.data(), piece.size());
+        if (size < 0 && *opened && IsTracing()) TraceErrno("list", folder.Path());
         if (size <= 0) return entries;
         AppendEntries(descriptor, piece.data(), static_cast<std::size_t>(size), entries);
     }
@@ -198,23 +233,34 @@ std::string FileSystem::Contents(const FileDescriptor& file) const {
 
 FileDescriptor FileSystem::OpenForWriting(const std::string& path, bool create) const {
     const int how = create ? O_CREAT | O_TRUNC : 0;
-    return FileDescriptor(Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how));
+    FileDescriptor file = Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how);
+    // Without `create` it is also how to find out whether there is a file to replace.
+    if (!file && (create || errno != ENOENT)) TraceErrno("write to", path);
+    return file;
 }
 
 FileDescriptor FileSystem::MakeFile(const std::string& path, std::uint32_t mode) const {
-    return FileDescriptor(Place(path).Open(O_WRONLY | O_CREAT | O_EXCL, mode));
+    FileDescriptor file = Place(path).Open(O_WRONLY | O_CREAT | O_EXCL, mode);
+    if (!file) TraceErrno("make", path);
+    return file;
 }
 
 void FileSystem::MakeAlike(const FileDescriptor& file, const FileDescriptor& model) const {
     struct stat status;
-    if (fstat(model.Descriptor(), &status) != 0) return;
+    if (fstat(model.Descriptor(), &status) != 0) {
+        if (IsTracing()) TraceErrno("look at", PathOf(model));
+        return;
+    }
+    // Only root may give a file to another owner, but users may give theirs to any of their groups.
     if (fchown(file.Descriptor(), status.st_uid, status.st_gid) != 0 &&
         fchown(file.Descriptor(), static_cast<uid_t>(-1), status.st_gid) != 0) {
-        // The group is this user's own then, for whom the model's group permissions were not meant.
+        if (IsTracing()) TraceErrno("set the group of", PathOf(file));
+        // The file keeps this user's own group. The model's group permissions were not meant for it.
         status.st_mode &= ~static_cast<mode_t>(S_IRWXG);
     }
-    CopyAccessList(model.Descriptor(), file.Descriptor());
-    fchmod(file.Descriptor(), status.st_mode & 07777);
+    CopyAccessList(model, file);
+    if (fchmod(file.Descriptor(), status.st_mode & 07777) != 0 && IsTracing())
+        TraceErrno("set the mode of", PathOf(file));
 }
 
 bool FileSystem::MayReplace(const std::string& path) const {
@@ -223,7 +269,8 @@ bool FileSystem::MayReplace(const std::string& path) const {
     const auto folder = Status(holder);
     const auto file = EntryStatus(path);
     if (!folder || !file || faccessat(place.Base(), place.Path(), W_OK | X_OK, AT_EACCESS) != 0) return false;
-    // In a folder for everybody, such as /tmp, each may replace what is their own.
+    // In a folder with the sticky bit, such as /tmp, only the owner of a file or of the folder may rename
+    // over the file (unlink(2), rename(2)).
     return (folder->mode & S_ISVTX) == 0 || folder->owner == geteuid() || file->owner == geteuid();
 }
 
@@ -231,58 +278,78 @@ bool FileSystem::Write(const FileDescriptor& file, std::string_view bytes) const
     while (!bytes.empty()) {
         const ssize_t count = write(file.Descriptor(), bytes.data(), bytes.size());
         if (count < 0 && (errno == EINTR || (errno == EAGAIN && TakesMore(file)))) continue;
-        if (count <= 0) return false;
+        if (count <= 0) {
+            if (IsTracing()) TraceErrno("write", PathOf(file));
+            return false;
+        }
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
 }
 
 bool FileSystem::Sync(const FileDescriptor& file) const {
-    return fsync(file.Descriptor()) == 0;
+    const bool done = fsync(file.Descriptor()) == 0;
+    if (!done && IsTracing()) TraceErrno("sync", PathOf(file));
+    return done;
 }
 
 void FileSystem::MakeFolders(const std::string& path) const {
     for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
         mkdir(path.substr(0, end).c_str(), S_IRWXU);
-    mkdir(path.c_str(), S_IRWXU);
+    // A folder above that can't be made shows here: the last one can't be made then either.
+    if (mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST) TraceErrno("make folder", path);
 }
 
 bool FileSystem::MakeFolder(const std::string& path) const {
     const Place place(path);
-    return mkdirat(place.Base(), place.Path(), S_IRWXU) == 0;
+    const bool made = mkdirat(place.Base(), place.Path(), S_IRWXU) == 0;
+    if (!made && errno != EEXIST) TraceErrno("make folder", path);
+    return made;
 }
 
 bool FileSystem::MakeLink(const std::string& path, const std::string& target) const {
     const Place place(path);
-    return symlinkat(target.c_str(), place.Base(), place.Path()) == 0;
+    const bool made = symlinkat(target.c_str(), place.Base(), place.Path()) == 0;
+    if (!made) TraceErrno("make link", path);
+    return made;
 }
 
 bool FileSystem::SetMode(const std::string& path, std::uint32_t mode) const {
     const Place place(path);
-    return fchmodat(place.Base(), place.Path(), mode, 0) == 0;
+    const bool done = fchmodat(place.Base(), place.Path(), mode, 0) == 0;
+    if (!done) TraceErrno("set the mode of", path);
+    return done;
 }
 
 RenameResult FileSystem::Rename(const std::string& from, const std::string& to) const {
     const Place source(from);
     const Place target(to);
     int result = renameat2(source.Base(), source.Path(), target.Base(), target.Path(), RENAME_NOREPLACE);
-    // Some network file systems know no rename that spares what is there, so look first.
+    // Some network file systems don't support RENAME_NOREPLACE, so check first that nothing is there.
     if (result != 0 && errno == EINVAL && !EntryStatus(to))
         result = renameat(source.Base(), source.Path(), target.Base(), target.Path());
     if (result == 0) return RenameResult::Done;
-    return errno == EXDEV ? RenameResult::OtherFileSystem : RenameResult::Failed;
+    if (errno == EXDEV) return RenameResult::OtherFileSystem;
+    if (IsTracing()) TraceErrno("rename", from + " to " + to);
+    return RenameResult::Failed;
 }
 
 bool FileSystem::Replace(const std::string& from, const std::string& to) const {
     const Place source(from);
     const Place target(to);
-    return renameat(source.Base(), source.Path(), target.Base(), target.Path()) == 0;
+    const bool done = renameat(source.Base(), source.Path(), target.Base(), target.Path()) == 0;
+    if (!done && IsTracing()) TraceErrno("replace", to + " by " + from);
+    return done;
 }
 
 bool FileSystem::Remove(const std::string& path) const {
     const Place place(path);
-    return unlinkat(place.Base(), place.Path(), 0) == 0 ||
-           unlinkat(place.Base(), place.Path(), AT_REMOVEDIR) == 0;
+    if (unlinkat(place.Base(), place.Path(), 0) == 0) return true;
+    const int why_no_file = errno;
+    if (unlinkat(place.Base(), place.Path(), AT_REMOVEDIR) == 0) return true;
+    if (errno == ENOTDIR) errno = why_no_file;
+    if (errno != ENOENT) TraceErrno("remove", path);
+    return false;
 }
 
 std::string FileSystem::ExecutablePath() const {

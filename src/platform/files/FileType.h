@@ -4,15 +4,15 @@
 
 namespace varnith {
 
-// A kind of file that the program writes, as a dialog is told of it.
+// A kind of file that the program writes, for a save dialog.
 class FileType {
   public:
-    // What the names of such files end in, with the dot.
+    // The file name extension, with the dot.
     std::string Extensions;
-    // What the user reads.
+    // The name of the type that the dialog shows.
     std::string Name;
 
-    // The type as text: "Name (*.extension)".
+    // The type as a dialog's filter: "Name (*.extension)".
     std::string Text() const { return Name + " (*" + Extensions + ")"; }
 };
 

@@ -13,87 +13,89 @@ namespace varnith {
 
 struct WalkPlan;
 
-// A handle of a file or folder: a path, which need not lead to anything yet. Making one does not touch the
-// disk. It holds its own name and shares the folder that it lies in, so a deep tree costs one name a level.
+// A path of a file or folder, which need not exist. Creating an item does not touch the disk. An item holds
+// its own name and shares its parent, so each level of a deep tree is stored once.
 class FolderItem : public RefCounted {
   public:
-    // The item of an absolute path; empty pieces and "." are dropped from the path, links are left alone.
+    // The item of an absolute path. Empty components and "." are dropped; ".." and links are not resolved.
     static Ref<FolderItem> FromPath(const std::string& absolute_path);
 
     // The item's name on disk, as bytes; empty for the root.
     const std::string& Name() const { return name_; }
 
-    // Renames the item on disk. Where that fails, as over a name in use or for one that no child can have,
-    // the item keeps its name.
+    // Renames the item on disk. The item keeps its name if that fails, if the name is in use, and if it isn't
+    // a name that Child accepts.
     void SetName(const std::string& name);
 
-    // The name as the desktop shows it. Linux desktops hide no extensions, so it is the same bytes.
+    // The name as the desktop shows it. Linux desktops hide no extensions, so it equals Name.
     const std::string& DisplayName() const { return name_; }
 
-    // The folder that holds the item; nil for the root.
+    // The folder that contains the item; nil for the root.
     const Ref<FolderItem>& Parent() const { return parent_; }
 
-    // The POSIX path, with no slash at its end, the root aside.
+    // The POSIX path, in bytes, without a slash at its end except for the root.
     std::string AbsolutePath() const;
 
-    // The path quoted for /bin/sh, as one word, whatever bytes it has.
+    // The path quoted for /bin/sh as one word, whatever bytes it contains.
     std::string ShellPath() const;
 
-    // The entry of that name in this folder, on disk or not. Nil for an empty name, ".", "..", and a name
-    // that holds "/".
+    // The item of that name in this folder, which need not exist. Nil for an empty name, ".", "..", and a
+    // name that contains "/" or NUL.
     Ref<FolderItem> Child(const std::string& name);
 
-    // Whether something is there; a link that leads nowhere is not, unless it came from TrueItem.
+    // Whether the item exists. Links are followed, so a dangling link does not exist, unless the item comes
+    // from TrueItem.
     bool Exists() const;
 
-    // This folder for a walk of which it is known what it will do: what the walk asks the disk of this folder
-    // and of the items listed from it is asked ahead by workers, from now on until the last of them is
-    // dropped.
+    // A copy of this folder's item for a walk that follows the plan. Workers list its folders and count its
+    // files ahead of the walk, until the last item that comes from it is dropped.
     Ref<FolderItem> ForWalk(const WalkPlan& plan) const;
 
-    // The pages of the item as CountPages has them; nothing for what can't be opened or is no regular file.
+    // The number of the item's pages (CountPages). Nothing if it can't be opened, is no regular file or has
+    // no TIFF header.
     virtual std::optional<std::int32_t> PageCount() const;
 
-    // Whether a folder is there. A link to one is none, so nothing that empties a folder reaches elsewhere.
+    // Whether the item is an existing folder. A link to a folder is not one, so code that empties a folder
+    // never reaches outside of it.
     bool Directory() const;
 
-    // Whether the item is visible to the user, as the desktops' file managers have it; that of an item from a
-    // listing as the listing had it.
+    // Whether the desktops' file managers show the item (Listing has the rule). An item of a listing answers
+    // as of the time of the listing.
     virtual bool Visible() const;
 
-    // The number of entries of this folder, visible or not; 0 if it is no folder or can't be read. Takes a
-    // new snapshot of the folder, from which Item then serves.
+    // The number of entries of this folder, hidden ones included; 0 if it is no folder or can't be read.
+    // Takes the snapshot of the folder that Item and TrueItem then use.
     std::int32_t Count();
 
-    // The entry at a place of the last snapshot, from 1, in natural order; takes one if there is none yet.
-    // Nil outside of it.
+    // The entry with that index of the last snapshot, in natural order; takes a snapshot if there is none
+    // yet. Indices start at 1. Nil for an index out of range.
     Ref<FolderItem> Item(std::int32_t index);
 
-    // The same, but the item stands for the entry itself and not for what it leads to if it is a link.
+    // The same, but if the entry is a link, Exists doesn't follow it.
     Ref<FolderItem> TrueItem(std::int32_t index);
 
-    // Moves the item, with all that it holds, to where the target says, from one file system to another too.
-    // Nothing happens if something is there already, even a folder, or if it can't be done. This object and
-    // the target keep their paths. REQUIRES: target is not nil (NilObjectException).
+    // Moves the item, with everything in it, to the path of the target, across file systems too. Without
+    // effect if something exists there, even a folder, or on failure. This object and the target keep their
+    // paths. REQUIRES: target is not nil (NilObjectException).
     void MoveFileTo(const Ref<FolderItem>& target) const;
 
-    // Sets the permission bits, such as 0755. Without effect where that is not allowed.
+    // Sets the permission bits, such as 0755. Without effect on failure.
     void SetPermissions(std::uint32_t mode) const;
 
-    // Deletes the file, the link itself or the empty folder. What can't be deleted stays.
+    // Deletes the file, the link itself or the empty folder. Without effect on failure.
     void Delete() const;
 
-    // Creates the file for writing, in the place of one that exists; nil if that can't be done. The old one
-    // is there until the stream is closed, and for good if not all could be written (OutputFile::Anew). The
-    // name of a file type has no effect: the program declares none.
+    // Create the file for writing, or replace an existing one; nil on failure. The old file stays until the
+    // stream is closed, and stays for good if not everything could be written (OutputFile::Anew). The file
+    // type has no effect, because the program declares none.
     Ref<TextOutputStream> CreateTextFile() const;
     Ref<BinaryStream> CreateBinaryFile(const std::string& file_type) const;
 
-    // Opens a file that exists for writing over it from its start; nil if that can't be done.
+    // Opens an existing file to overwrite it from its start; nil on failure.
     Ref<BinaryStream> OpenAsBinaryFile() const;
 
   protected:
-    // A listing of the folder, and where a walk goes on to ask for its entries.
+    // A listing of the folder, and the source that answers for its entries.
     struct Snapshot {
         Ref<WalkSource> source;
         ListingPointer listing;
@@ -110,20 +112,19 @@ class FolderItem : public RefCounted {
 
     const Ref<FolderItem> parent_;
     std::string name_;
-    bool is_entry_itself_ = false;
-    Snapshot snapshot_;  // of Count, for Item
+    bool is_entry_itself_ = false;  // from TrueItem
+    Snapshot snapshot_;             // taken by Count, used by Item
 };
 
-// Turns a path into an item. A relative path, a bare name among them, counts from the folder that holds the
-// application: the bundle if the program runs from one, else the executable. The item need not exist, but
-// the folder that would hold it must: otherwise, and for a path that no file can have, the result is nil.
+// The item of a path. A relative path starts at the folder that contains ApplicationItem. The item need not
+// exist, but its parent folder must: otherwise the result is nil, as it is for a path that contains NUL.
 Ref<FolderItem> GetFolderItem(const std::string& path);
 
 // The running executable.
 Ref<FolderItem> ExecutableItem();
 
-// The application as a whole: the bundle folder, Name.app, when the executable lies in its Contents/MacOS,
-// whatever the case of these two, else the executable itself.
+// The application: if the executable is in Contents/MacOS of a bundle folder (Name.app), the bundle, else the
+// executable itself. The case of "Contents" and "MacOS" doesn't matter.
 Ref<FolderItem> ApplicationItem();
 
 }  // namespace varnith

@@ -26,7 +26,8 @@ bool IsVisible(const std::string& name, const Names& hidden) {
     return !name.starts_with('.') && (hidden.empty() || !hidden.contains(name));
 }
 
-// The places of the entries in natural order. The keys that are compared lie one after another in one block.
+// The indices of the entries in natural order. All sort keys are in one string, which saves an allocation for
+// each entry.
 std::vector<std::size_t> NaturalOrder(const std::vector<DirectoryEntry>& entries) {
     struct Key {
         std::size_t start;

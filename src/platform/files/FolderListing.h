@@ -13,34 +13,34 @@ namespace varnith {
 
 struct ListedEntry {
     std::string_view name;
-    FileKind kind;  // of the entry itself: a link to a folder is a link, so no walk can go round in circles
+    FileKind kind;  // of the entry itself: a link to a folder is a link, so that walks can't run in circles
     bool visible;
 };
 
-// A snapshot of a folder's direct entries, in natural order of their names. The entries that the desktops'
-// file managers hide are invisible: those whose names begin with a dot, and those whose names stand, one a
-// line, in the folder's file ".hidden". The names lie one after another in one block. It never changes, so
-// threads may share it.
+// A snapshot of a folder's direct entries, in natural order of their names. Entries that the desktops' file
+// managers hide are not visible: those whose names begin with a dot, and those whose names the folder's file
+// ".hidden" lists, one per line. A listing never changes, so threads may share it. To save memory, all names
+// are stored in one string.
 class Listing {
   public:
-    // Lists a folder. One that can't be read has no entries.
+    // Lists a folder. A folder that can't be read has no entries.
     explicit Listing(std::shared_ptr<const OpenFolder> folder);
 
     std::size_t Size() const { return marks_.size(); }
-    // REQUIRES: place < Size(). The name is valid as long as the listing.
+    // REQUIRES: place < Size(). The listing owns the name.
     ListedEntry operator[](std::size_t place) const;
     const OpenFolder& Folder() const { return *folder_; }
-    // The folder of an entry, not opened yet.
+    // The entry as a folder, which is not opened yet. REQUIRES: place < Size().
     std::shared_ptr<const OpenFolder> FolderAt(std::size_t place) const;
 
-    // Whether another listing has the same entries.
+    // Whether both listings have the same entries.
     bool HasEntriesOf(const Listing& other) const { return names_ == other.names_ && marks_ == other.marks_; }
-    // The memory that the entries take, in bytes.
+    // The memory of the entries, in bytes.
     std::size_t Bytes() const { return names_.capacity() + marks_.capacity() * sizeof(Mark); }
 
   private:
     struct Mark {
-        std::size_t end;  // of the name in the block
+        std::size_t end;  // of the name, in `names_`
         FileKind kind;
         bool visible;
         bool operator==(const Mark&) const = default;
@@ -53,7 +53,7 @@ class Listing {
 
 using ListingPointer = std::shared_ptr<const Listing>;
 
-// Whether an entry of that name in the folder of that path is visible, by the same rule.
+// Whether the entry of that name in that folder is visible, by the rule of Listing.
 bool IsVisibleEntry(const std::string& folder_path, const std::string& name);
 
 }  // namespace varnith

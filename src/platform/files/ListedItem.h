@@ -8,7 +8,7 @@
 
 namespace varnith {
 
-// The folder that a walk begins with.
+// The folder that a walk starts from. Its source answers for everything below it.
 class WalkedItem : public FolderItem {
   public:
     WalkedItem(const Ref<FolderItem>& parent, const std::string& name, Ref<WalkSource> source)
@@ -21,8 +21,8 @@ class WalkedItem : public FolderItem {
     const Ref<WalkSource> source_;
 };
 
-// An item that comes from a listing, with what the listing tells of it. What more is asked of the disk, the
-// walk's source answers.
+// An entry of a listing. It takes its name and visibility from the listing and asks the listing's source for
+// the rest.
 class ListedItem : public FolderItem {
   public:
     ListedItem(const Ref<FolderItem>& folder, const Snapshot& snapshot, std::size_t place)

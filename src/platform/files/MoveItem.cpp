@@ -3,6 +3,7 @@
 #include <random>
 #include <vector>
 
+#include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
 
 namespace varnith {
@@ -24,12 +25,13 @@ bool CopyBytes(const std::string& from, const std::string& to) {
         if (!disk.Write(target, std::string_view(piece).substr(0, count))) return false;
         copied += static_cast<std::int64_t>(count);
     }
+    if (copied != status->size) TraceFailure("copy", from, "its size has changed or it can't be read");
     return copied == status->size && disk.Sync(target);
 }
 
 bool Copy(const std::string& from, const std::string& to);
 
-// A folder that may not be read would look empty.
+// Opens the folder only to check that it can be read: Entries would show an unreadable folder as empty.
 bool CopyEntries(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();
     if (!disk.OpenForReading(from) || !disk.MakeFolder(to)) return false;
@@ -51,12 +53,13 @@ bool Copy(const std::string& from, const std::string& to) {
         case FileKind::Link:
             return disk.MakeLink(to, disk.LinkTarget(from));
         case FileKind::Other:
+            TraceFailure("copy", from, "it is no file, folder or link");
             return false;
     }
     return false;
 }
 
-// Copies beside the target and renames into place.
+// Copies to a temporary name in the target's folder, then renames.
 bool CopyIntoPlace(const std::string& from, const std::string& to) {
     const std::string copy = NameBeside(to);
     if (Copy(from, copy) && FileSystem::Current().Rename(copy, to) == RenameResult::Done) return true;
@@ -74,16 +77,20 @@ bool MoveItem(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();
     const RenameResult renamed = disk.Rename(from, to);
     if (renamed != RenameResult::OtherFileSystem) return renamed == RenameResult::Done;
-    if (disk.EntryStatus(to) || !CopyIntoPlace(from, to)) return false;
-    // The source leaves its place as a whole or stays as a whole, which a removal piece by piece could not
-    // promise.
+    if (disk.EntryStatus(to)) {
+        TraceFailure("move to", to, "it exists");
+        return false;
+    }
+    if (!CopyIntoPlace(from, to)) return false;
+    // Renames the source before removing it: a removal that fails half-way would leave part of a folder.
     const std::string leaving = NameBeside(from);
     const RenameResult left = disk.Rename(from, leaving);
     if (left == RenameResult::Failed) {
         RemoveItem(to);
         return false;
     }
-    // A layered file system renames no folder of its lower layer, not even in its place.
+    // overlayfs fails to rename a folder of its lower layer with EXDEV, even within one folder
+    // (https://docs.kernel.org/filesystems/overlayfs.html, "Renaming directories").
     RemoveItem(left == RenameResult::Done ? leaving : from);
     return true;
 }

@@ -6,7 +6,7 @@ namespace varnith {
 
 namespace {
 
-// Opening a folder anew resolves this many names at most.
+// The maximum number of path components that reopening a folder has to resolve.
 constexpr std::size_t LevelsBetweenKept = 64;
 
 }  // namespace
@@ -40,7 +40,7 @@ std::shared_ptr<const FileDescriptor> OpenFolder::Descriptor() const {
     return opened;
 }
 
-// From the nearest folder above that has its descriptor.
+// Opens it relative to the nearest folder above that has a descriptor.
 FileDescriptor OpenFolder::Open() const {
     const FileSystem& disk = FileSystem::Current();
     std::string path = name_;

@@ -10,34 +10,34 @@
 
 namespace varnith {
 
-// A folder on the way of a walk, which opens it below the folder that holds it: so no path is resolved from
-// its root again and again, however deep it is, and none is too long for the system. Threads may share one.
+// A folder of a walk. It is opened relative to its parent, so that the depth of a tree neither makes opening
+// slower nor runs into the system's limit of a path's length. Threads may share one.
 class OpenFolder {
   public:
-    // The folder of an absolute path. Links in the path are followed.
+    // The folder with that absolute path. Links in the path are followed.
     explicit OpenFolder(std::string path) : name_(std::move(path)) {}
-    // A folder in another one. A link is none.
+    // The folder of that name in another. If it is a link, it can't be opened.
     OpenFolder(std::shared_ptr<const OpenFolder> above, std::string name)
         : above_(std::move(above)), name_(std::move(name)), depth_(above_->depth_ + 1) {}
 
+    // The absolute paths of the folder and of its entry with that name.
     std::string Path() const;
-    // The path of an entry of the folder.
     std::string PathOf(std::string_view entry) const;
 
-    // The folder's descriptor. It is opened by the first call and kept, and opened anew after LetGo. Empty if
-    // the folder can't be opened. Never null.
+    // The folder's descriptor. The first call opens it and so does the first after LetGo. Never null; empty
+    // if the folder can't be opened.
     std::shared_ptr<const FileDescriptor> Descriptor() const;
 
-    // Closes the descriptor as soon as nobody uses it, so that a deep tree doesn't take all that the process
-    // may have. One folder in 64, counted downwards, keeps it: the others are opened anew from the nearest.
+    // Closes the descriptor when its last user is done, so that a deep tree doesn't exhaust the process's
+    // limit of open files. Every 64th level keeps its descriptor: other levels are reopened relative to it.
     void LetGo() const;
 
   private:
     std::shared_ptr<const FileDescriptor> Held() const;
     FileDescriptor Open() const;
 
-    const std::shared_ptr<const OpenFolder> above_;  // null for the folder of a path
-    const std::string name_;                         // of that one the path
+    const std::shared_ptr<const OpenFolder> above_;  // null for a folder with an absolute path
+    const std::string name_;                         // the absolute path if `above_` is null
     const std::size_t depth_ = 0;
     mutable std::mutex mutex_;
     mutable std::shared_ptr<const FileDescriptor> descriptor_;

@@ -7,7 +7,7 @@
 
 namespace varnith {
 
-// Asks the disk at the moment when the walk asks, and so lets it wait.
+// A source that reads from the disk when it is asked and blocks until the disk has answered.
 class PlainDisk : public WalkSource {
   public:
     // REQUIRES: the path is absolute.
@@ -21,7 +21,8 @@ class PlainDisk : public WalkSource {
         return CountPagesOf(listing->Folder(), (*listing)[place]);
     }
 
-    // Opens and counts one file of a folder. May be called from any thread.
+    // Opens a file of a folder and counts its pages, with results as CountEntry has them. May be called from
+    // any thread.
     static std::optional<std::int32_t> CountPagesOf(const OpenFolder& folder, const ListedEntry& file);
 
   private:

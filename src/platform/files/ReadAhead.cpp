@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/base/CoarseClock.h"
+#include "platform/base/Trace.h"
 
 namespace varnith {
 
@@ -12,14 +13,15 @@ namespace {
 
 constexpr std::chrono::milliseconds OldestAnswer{250};
 
-// With files in memory two workers keep the walk busy. On a share, where each question waits for a round
-// trip, 64 pay, and as many questions again are asked for whoever of them comes free.
+// Numbers of workers. Files in the page cache keep few threads busy (bench/run cached); on a network share
+// each question waits for a round trip, so many overlap (bench/run share). The queue holds twice as many
+// questions, so that a worker that comes free finds one.
 constexpr std::size_t LeastAtOnce = 2;
 constexpr std::size_t MostAtOnce = 64;
 constexpr std::size_t MostAhead = 2 * MostAtOnce;
 
-// To count a small file that is in memory takes less time than to hand the question over. So files are handed
-// over in runs, which are as long as a worker takes for this time: one file on a share.
+// Handing a question to a worker has a fixed cost, so files are handed over in runs. A run has as many files
+// as a worker counts in this time; on a slow share that is one.
 constexpr std::chrono::microseconds TimeOfRun{500};
 constexpr std::size_t LongestRun = 256;
 
@@ -55,7 +57,7 @@ ListingPointer ReadAhead::TakeListing(FolderQuestion& question) {
         AskAgainWhatIsOld();
         found = Awaited(workers_, question.answer);
     }
-    // Where the folder has changed since its stops were put on the way, they have been asked for in vain.
+    // If the folder has changed since its entries were queued, the answers about them are useless.
     const ListingPointer before = question.unfolded ? question.unfolded->listing : nullptr;
     if (before && (!found->listing || !before->HasEntriesOf(*found->listing))) Fold();
     if (!found->listing) return ListAnew(question.folder);
@@ -66,7 +68,8 @@ ListingPointer ReadAhead::TakeListing(FolderQuestion& question) {
     return listing;
 }
 
-// The worker has met an exception, which the walk is to meet, too.
+// A worker has caught an exception while listing this folder. Lists it on the walk's own thread, so that the
+// exception is thrown in the walk.
 ListingPointer ReadAhead::ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question) {
     const std::shared_ptr<const OpenFolder> folder = folder_of_question;
     --listing_;
@@ -94,7 +97,7 @@ std::optional<std::int32_t> ReadAhead::CountEntry(const ListingPointer& listing,
     return pages == NoPages ? std::nullopt : std::optional(pages);
 }
 
-// The question that the walk comes to next, if it is of that kind, else null.
+// The first question in the queue if it is of that type, else null. Removes finished folders before it.
 template <class Question>
 Question* ReadAhead::Front() {
     while (!way_.empty()) {
@@ -110,8 +113,8 @@ void ReadAhead::Take() {
     ++taken_;
 }
 
-// Asks in the order of the way until enough is asked, and goes into the folders whose listings have come. To
-// look along the way costs time, so it is done for many questions together.
+// Fills the queue: unfolds the folders whose listings have arrived and asks about their entries, in the
+// walk's order, until enough questions are queued. Scanning the queue is costly, so refill in batches.
 void ReadAhead::AskOn() {
     const std::size_t listed = *listed_;
     if (taken_ < most_ / 4 && listed == listed_before_ && !Front<Rest>()) return;
@@ -128,7 +131,8 @@ void ReadAhead::AskOn() {
     }
 }
 
-// Asks for the next of what is left of a folder. False if nothing is, or if too much is listed already.
+// Asks the next question about a folder's remaining entries. False if none remain, and if the queued listings
+// take too much memory; the first piece in the queue may always ask, or the walk would stand still.
 bool ReadAhead::AskNext(Way::iterator piece) {
     auto* rest = std::get_if<Rest>(&*piece);
     if (!rest || rest->next == rest->folder->places.size()) return false;
@@ -168,7 +172,7 @@ std::size_t ReadAhead::FilesAtOnce() const {
     return std::clamp<std::size_t>(files, 1, LongestRun);
 }
 
-// As many as are answered well before the first of the answers is too old.
+// As many questions as are answered well before the first of the answers is too old.
 std::size_t ReadAhead::MostToAsk() const {
     const auto for_run = for_each_file_ * static_cast<std::int64_t>(FilesAtOnce());
     const std::size_t at_once = workers_.AtOnce();
@@ -177,7 +181,7 @@ std::size_t ReadAhead::MostToAsk() const {
     return std::clamp(at_once * in_time, at_once + 1, MostAhead);
 }
 
-// Listings that are on their way count as much as the largest one so far.
+// The size of a listing that hasn't arrived yet is unknown: assume that of the largest one so far.
 bool ReadAhead::HasRoomForListing() const {
     return listed_bytes_ + (listing_ + 1) * largest_listing_ < MostListedBytes;
 }
@@ -191,8 +195,9 @@ void ReadAhead::Ask(FolderQuestion& question) {
                 const ListedEntry entry = (*stops->listing)[place];
                 if (IsEntered(entry, plan) || plan.opens(entry)) stops->places.push_back(place);
             }
-        } catch (...) {
-            // The walk meets it where it stands, when it lists the folder itself.
+        } catch (const std::exception& error) {
+            // The walk lists this folder itself when it gets there, and meets the exception then.
+            TraceException(error);
             stops->listing = nullptr;
         }
         stops->since = CoarseNow();
@@ -213,8 +218,9 @@ void ReadAhead::Ask(FilesQuestion& question) {
                 counts.pages.push_back(pages.value_or(NoPages));
                 if (stop == first) counts.since = CoarseNow();
             }
-        } catch (...) {
-            // The walk meets it where it stands, when it counts that file itself.
+        } catch (const std::exception& error) {
+            // The walk counts this file itself when it gets there, and meets the exception then.
+            TraceException(error);
         }
         if (counts.pages.empty()) counts.since = CoarseNow();
         counts.for_each = (std::chrono::steady_clock::now() - start) / static_cast<int>(end - first);
@@ -222,8 +228,8 @@ void ReadAhead::Ask(FilesQuestion& question) {
     });
 }
 
-// A walk that stood still, as while the user looks at a dialog, comes to many old answers at once, and they
-// are asked for at once.
+// After a pause of the walk, such as an open dialog, all queued answers are too old. Asks for all of them
+// again at once, so that they are answered in parallel.
 void ReadAhead::AskAgainWhatIsOld() {
     const auto now = CoarseNow();
     for (auto& piece : way_) {
@@ -235,7 +241,7 @@ void ReadAhead::AskAgainWhatIsOld() {
     }
 }
 
-// Puts the stops of a listing on the way after it.
+// Inserts a folder's stops into the queue, after the folder's own question.
 void ReadAhead::Unfold(Way::iterator piece) {
     auto& question = std::get<FolderQuestion>(*piece);
     question.unfolded = question.answer.Get();
@@ -247,7 +253,8 @@ void ReadAhead::Unfold(Way::iterator piece) {
     KeepOpen(question.folder);
 }
 
-// Takes the stops of the first question's listing off the way, with all that was asked below them.
+// Undoes Unfold for the first question, which is a folder: removes its stops from the queue, and all
+// questions about what is below them.
 void ReadAhead::Fold() {
     const auto stops = std::exchange(std::get<FolderQuestion>(way_.front()).unfolded, nullptr);
     if (!stops) return;

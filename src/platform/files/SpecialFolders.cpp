@@ -7,13 +7,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
 
 namespace varnith {
 
 namespace {
 
-// The value of an environment variable that is to hold an absolute path, else nothing.
+// The value of an environment variable if it is an absolute path, else empty.
 std::string PathFromEnvironment(const char* name) {
     const char* value = std::getenv(name);
     return value && *value == '/' ? value : "";
@@ -51,7 +52,8 @@ Ref<FolderItem> ExistingTemporaryFolder() {
     const auto status = disk.EntryStatus(path);
     const bool is_own = status && status->kind == FileKind::Directory && status->owner == geteuid() &&
                         (status->mode & (S_IWGRP | S_IWOTH)) == 0;
-    // An archive that was unpacked here may have opened it to readers.
+    if (status && !is_own) TraceFailure("use", path, "it is no folder of this user's own");
+    // Unpacking an archive here may have changed the mode, which lets others read it.
     return is_own && disk.SetMode(path, S_IRWXU) ? FolderItem::FromPath(path) : nullptr;
 }
 

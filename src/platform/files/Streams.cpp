@@ -1,5 +1,8 @@
 #include "platform/files/Streams.h"
 
+#include <errno.h>
+
+#include "platform/base/Trace.h"
 #include "platform/files/MoveItem.h"
 
 namespace varnith {
@@ -8,10 +11,10 @@ namespace {
 
 constexpr std::size_t PieceSize = 64 << 10;
 
-// The path of what a link leads to, whether that is there or not; any other path as it is. Empty for links
-// that lead in a circle.
+// Follows symbolic links to the final path, which need not exist. A path that is no link is returned as it
+// is. Empty for a cycle of links.
 std::string LeadsTo(std::string path) {
-    constexpr int MostLinks = 40;  // as many as the system follows
+    constexpr int MostLinks = 40;  // the system's limit (path_resolution(7))
     for (int links = 0; links <= MostLinks; ++links) {
         const std::string target = FileSystem::Current().LinkTarget(path);
         if (target.empty()) return path;
@@ -23,7 +26,9 @@ std::string LeadsTo(std::string path) {
 }  // namespace
 
 OutputFile OutputFile::Over(const std::string& path) {
-    return OutputFile(FileSystem::Current().OpenForWriting(path, false));
+    OutputFile file(FileSystem::Current().OpenForWriting(path, false));
+    if (!file && errno == ENOENT) TraceErrno("write to", path);
+    return file;
 }
 
 OutputFile OutputFile::Anew(const std::string& path) {
@@ -36,7 +41,7 @@ OutputFile OutputFile::Anew(const std::string& path) {
     if (status && !disk.MayReplace(target)) return OutputFile(disk.OpenForWriting(path, true));
 
     const std::string draft = NameBeside(target);
-    constexpr std::uint32_t Private = 0600;  // until it has the permissions of the old one
+    constexpr std::uint32_t Private = 0600;  // until MakeAlike: the old file may be closed to others
     OutputFile file(disk.MakeFile(draft, old ? Private : 0666));
     if (!file) return file;
     file.draft_ = draft;
@@ -71,7 +76,7 @@ void OutputFile::Close() {
 
 void OutputFile::TakePlace() {
     const FileSystem& disk = FileSystem::Current();
-    // Some disks tell only at the end that they are full.
+    // Some file systems report only at fsync(2) that they are full.
     if (!whole_ || !disk.Sync(file_) || !disk.Replace(draft_, target_)) disk.Remove(draft_);
 }
 

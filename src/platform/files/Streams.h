@@ -9,19 +9,21 @@
 
 namespace varnith {
 
-// A file that is being written, front to back. What is written is collected and goes to disk in large pieces,
-// so a write of a few bytes costs little. Errors are not reported: nothing is written after one.
+// A file that is written sequentially. Writes are buffered, so that small ones are cheap. Errors are not
+// reported to the caller; after an error nothing more is written.
 class OutputFile {
   public:
-    // Begins a file anew. It grows under another name beside its target and takes the target's place, and its
-    // permissions, at Close. What was there stays as it was if not all could be written, and if the object is
-    // dropped before. A link stays, and the file that it leads to is replaced.
-    // What is no regular file is written as it comes; so is a file that this user may write, in a folder
-    // where they may not replace it. That one is emptied at once. Empty if the file can't be created.
+    // Starts a new file, or a replacement of an existing one. The bytes go to a temporary file in the same
+    // folder, which gets the old file's permissions. Close renames it over the old file. If not everything
+    // could be written, or if the object is destroyed without Close, the old file stays as it is. If the path
+    // is a link, the file that it leads to is replaced, and the link stays.
+    // Two kinds of files are written in place instead: those that aren't regular, and those that this user
+    // may write but not replace, because the folder forbids it. The latter are emptied at once.
+    // The result is empty (false) if the file can't be created.
     static OutputFile Anew(const std::string& path);
 
-    // Opens a file that exists to write over it in place, from its start on. Dropping it closes it. Empty if
-    // it can't be opened.
+    // Opens an existing file to overwrite it in place, from its start. Destroying the object closes it. The
+    // result is empty (false) if the file can't be opened.
     static OutputFile Over(const std::string& path);
 
     OutputFile(OutputFile&&) noexcept = default;
@@ -31,10 +33,10 @@ class OutputFile {
 
     void Write(std::string_view bytes);
 
-    // Hands all that was written to the file system.
+    // Passes everything written so far to the file system.
     void Flush();
 
-    // Flushes, puts a file that was begun anew in its place, and closes. What is written afterwards is lost.
+    // Flushes, renames a file of Anew into its place, and closes. Later writes have no effect.
     void Close();
 
   private:
@@ -42,14 +44,14 @@ class OutputFile {
     void TakePlace();
 
     FileDescriptor file_;
-    std::string waiting_;
-    bool whole_ = true;  // all has been written so far
-    // Of a file that grows beside its target: where it is now, and where it is to be.
+    std::string waiting_;  // the buffer
+    bool whole_ = true;    // no write has failed so far
+    // For a file that is renamed at Close: its temporary path and its final one. Else both are empty.
     std::string draft_;
     std::string target_;
 };
 
-// A text file that is being written, as UTF-8, just as the text comes.
+// A text file that is being written. The text's bytes are written unchanged, as UTF-8.
 class TextOutputStream : public RefCounted {
   public:
     explicit TextOutputStream(OutputFile file) : file_(std::move(file)) {}
@@ -63,7 +65,7 @@ class TextOutputStream : public RefCounted {
     OutputFile file_;
 };
 
-// A file of bytes that is being written.
+// A binary file that is being written.
 class BinaryStream : public RefCounted {
   public:
     explicit BinaryStream(OutputFile file) : file_(std::move(file)) {}

@@ -12,16 +12,16 @@ namespace varnith {
 
 namespace {
 
-// As many as libtiff, by which most other programs count, follows.
+// The limit of libtiff (TIFF_MAX_DIR_COUNT), so that counts agree with the many programs that use it.
 constexpr std::int32_t MostPages = 1 << 20;
 
-// The bytes of a file through a small window, which one read fills. The directories of a small file all lie
-// in one window. Of a large file only what lies around its directories is read.
+// A read buffer at a movable offset of a file. One read usually covers all directories of a small file. Of a
+// large file, only the parts around its directories are read.
 class Window {
   public:
     explicit Window(const FileDescriptor& file) : file_(file) {}
 
-    // The number at an offset, in the byte order that was set; nothing where the file has no such bytes.
+    // The number at an offset, in the byte order of SetOrder. Nothing at the end of the file or on failure.
     template <class Number>
     std::optional<Number> At(std::uint64_t offset) {
         std::array<unsigned char, sizeof(Number)> bytes;
@@ -39,7 +39,7 @@ class Window {
         return offset >= start_ && offset - start_ <= filled_ && filled_ - (offset - start_) >= size;
     }
 
-    // One read brings as much as there is, but for a disk that gives less than a number at a time.
+    // A read may return fewer bytes than asked for, so repeat it until the buffer holds any number.
     void Fill(std::uint64_t offset) {
         start_ = offset;
         filled_ = 0;
@@ -60,13 +60,14 @@ class Window {
     std::array<unsigned char, 1024> window_;
 };
 
-// The chain of a file's directories. A directory is a count of entries, the entries, and the offset of the
-// next directory, 0 in the last. BigTIFF has wider counts, entries and offsets.
+// A file's linked list of image file directories (TIFF 6.0, section 2). A directory consists of the number of
+// its entries, the entries, and the offset of the next directory, which is 0 in the last one. BigTIFF has
+// wider numbers, entries and offsets.
 class Chain {
   public:
     explicit Chain(const FileDescriptor& file) : window_(file) {}
 
-    // Reads the header. False if it is none of a TIFF file.
+    // Reads the header. False if it isn't a TIFF header.
     bool Begin() {
         const auto order = window_.At<std::uint16_t>(0);
         if (!order || !SetOrder(*order)) return false;
@@ -81,7 +82,8 @@ class Chain {
 
     std::uint64_t First() const { return first_; }
 
-    // The offset of the directory after one, 0 after the last; nothing for a directory that can't be read.
+    // The offset of the next directory, 0 after the last. Nothing if the directory at the given offset can't
+    // be read.
     std::optional<std::uint64_t> After(std::uint64_t directory) {
         if (directory > static_cast<std::uint64_t>(INT64_MAX)) return std::nullopt;
         if (!is_big_) {
@@ -98,7 +100,7 @@ class Chain {
     static constexpr std::uint16_t ClassicVersion = 42;
     static constexpr std::uint16_t BigVersion = 43;
 
-    // "EP" marks a kind of scanner's files that are little-endian TIFF but for this mark.
+    // Some scanners write "EP" instead of "II"; otherwise their files are little-endian TIFF.
     bool SetOrder(std::uint16_t mark) {
         std::array<char, 2> letters;
         std::memcpy(letters.data(), &mark, letters.size());
@@ -107,7 +109,7 @@ class Chain {
         return text == "II" || text == "MM" || text == "EP";
     }
 
-    // The header tells the size of an offset, which is always 8, and then holds two bytes of 0.
+    // The BigTIFF header has the size of an offset, always 8, and a 0 before the first offset.
     std::optional<std::uint64_t> BigStart() {
         if (window_.At<std::uint16_t>(4) != 8 || window_.At<std::uint16_t>(6) != 0) return std::nullopt;
         return window_.At<std::uint64_t>(8);
@@ -122,8 +124,9 @@ class Chain {
     std::uint64_t first_ = 0;
 };
 
-// The number of directories of a chain that is known to lead back to one of its own, given the number of
-// those that the round has. One place that is a round ahead of another meets it where the round begins.
+// The number of directories of a chain with a cycle whose length is known. Of two walkers at the same speed,
+// one starts a full cycle ahead of the other. They meet at the first directory of the cycle, after as many
+// steps as there are directories before it.
 std::int32_t CountWithRound(Chain& chain, std::int32_t round) {
     std::uint64_t ahead = chain.First();
     for (std::int32_t step = 0; step < round; ++step) ahead = chain.After(ahead).value_or(0);
@@ -135,10 +138,10 @@ std::int32_t CountWithRound(Chain& chain, std::int32_t round) {
     return std::min(before_round + round, MostPages);
 }
 
-// Walks the chain to its end. A chain that never steps back can't lead back to itself. In one that does, a
-// marker waits at the places 1, 2, 4, 8 and so on, and the walk meets it if it goes round (R. P. Brent, "An
-// improved Monte Carlo factorization algorithm", 1980, section 2). A walk that has not met it after four
-// times the limit has more directories than the limit.
+// Follows the chain to its end. Only a chain with a backward offset can have a cycle. Brent's algorithm finds
+// it (R. P. Brent, "An improved Monte Carlo factorization algorithm", 1980, section 2): a marker moves to
+// directories 1, 2, 4, 8 and so on, and a walk in a cycle comes back to it. If the walk hasn't come back
+// after four times the limit, the chain has more directories than the limit.
 std::int32_t Count(Chain& chain) {
     std::uint64_t place = chain.First();
     std::uint64_t marker = place;

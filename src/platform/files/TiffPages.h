@@ -7,12 +7,11 @@ namespace varnith {
 
 class FileDescriptor;
 
-// Counts the pages of an open file: the directories of its main chain, as far as the chain can be followed
-// (TIFF 6.0, section 2; BigTIFF too; both byte orders). Sub-directories are no pages. A chain that leads back
-// to one of its directories ends before it, one that is cut off has the directories before the cut, and no
-// chain has more than 1,048,576. Nothing for a file without a TIFF header.
-// Reads the header and the chain and nothing else, in pieces of 1 KiB, in constant memory. May be called from
-// any thread.
+// Counts the pages of an open file: the image file directories of its main chain (TIFF 6.0, section 2;
+// BigTIFF, https://libtiff.gitlab.io/libtiff/specification/bigtiff.html; both byte orders). Sub-directories
+// don't count. In a chain with a cycle, each directory counts once. A chain with a directory that can't be
+// read ends before it. The result is at most 1,048,576; it is nothing for a file without a TIFF header. Reads
+// only the header and the chain, 1 KiB at a time, in constant memory. May be called from any thread.
 std::optional<std::int32_t> CountPages(const FileDescriptor& file);
 
 }  // namespace varnith

@@ -9,17 +9,17 @@
 
 namespace varnith {
 
-// Where a walk through a folder gets its listings and its counts from. A file and a subfolder are named by
-// their place in a listing that the source has given.
+// Gives a walk through a folder its listings and page counts. Files and subfolders are identified by a
+// listing of this source and their index (`place`) in it, from 0.
 class WalkSource : public RefCounted {
   public:
-    // The listing of the folder that the walk begins with, and of one among the entries of a listing. A
-    // folder that can't be read has an empty listing. Never null.
+    // The listing of the folder that the walk starts from, and that of a subfolder. Never null; empty if the
+    // folder can't be read.
     virtual ListingPointer ListFirst() = 0;
     virtual ListingPointer ListEntry(const ListingPointer& listing, std::size_t place) = 0;
 
-    // The pages of a file, as CountPages has them. Nothing, too, for what can't be opened or is no regular
-    // file.
+    // The number of pages of a file (CountPages). Nothing if it can't be opened, is no regular file or has no
+    // TIFF header.
     virtual std::optional<std::int32_t> CountEntry(const ListingPointer& listing, std::size_t place) = 0;
 };
 

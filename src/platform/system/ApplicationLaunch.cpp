@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
 #include "platform/system/ChildProcess.h"
 #include "platform/ui/Desktop.h"
@@ -18,8 +19,8 @@ bool IsExecutable(const std::string& path) {
     return status && status->kind == FileKind::Regular && (status->mode & 0111) != 0;
 }
 
-// The path of the program that an application runs; empty if there is none. A bundle has one program, and
-// the bundle's name, which the user may change, says nothing of its name.
+// The path of an application's executable; empty if there is none. For a bundle that is the executable in
+// Contents/MacOS, whatever its name: users may rename the bundle, so its name isn't that of the executable.
 std::string ProgramOf(const Ref<FolderItem>& application) {
     const std::string path = application->AbsolutePath();
     if (!application->Directory()) return IsExecutable(path) ? path : "";
@@ -41,6 +42,8 @@ void LaunchApplication(const Ref<FolderItem>& application, bool to_front) {
         return;
     }
     const std::string program = ProgramOf(application);
+    if (program.empty() && IsTracing())
+        TraceFailure("launch", application->AbsolutePath(), "it has no executable");
     process = program.empty() ? 0 : StartProcess({program});
 }
 

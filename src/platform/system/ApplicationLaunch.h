@@ -5,11 +5,11 @@
 
 namespace varnith {
 
-// Starts an application, a bundle folder or a plain executable, as a process of its own that lives on after
-// this program. While that process lives, a further launch of the same item starts no second one and, if
-// asked for, brings its windows to the front. Nothing happens for what can't be started.
-// A call of its own and no kind of opening a document: what the user finds in a list is never executed.
-// REQUIRES: application is not nil (NilObjectException).
+// Starts an application, a bundle folder or an executable file, as a process that outlives this program. If
+// the process of an earlier launch of the same item still runs, no second one is started; `to_front` brings
+// its windows to the front instead. Without effect on failure. It is separate from LaunchDocument so that a
+// file that the user opens from a list is never executed. REQUIRES: application is not nil
+// (NilObjectException).
 void LaunchApplication(const Ref<FolderItem>& application, bool to_front);
 
 }  // namespace varnith

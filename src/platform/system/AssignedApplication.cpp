@@ -26,8 +26,8 @@ struct GErrorFreer {
     void operator()(GError* error) const { g_error_free(error); }
 };
 
-// The application for a file whose name tells its kind; none for other items. GIO by itself takes an empty
-// file for a text, whatever its name.
+// The application for the type that a regular file's name suggests; none if the name suggests no type. GIO's
+// own query looks at the content too, and takes an empty file for a text whatever its name.
 Owned<GAppInfo> ApplicationByName(const std::string& path) {
     const auto status = FileSystem::Current().Status(path);
     if (!status || status->kind != FileKind::Regular) return nullptr;
@@ -36,7 +36,7 @@ Owned<GAppInfo> ApplicationByName(const std::string& path) {
     return Owned<GAppInfo>(uncertain ? nullptr : g_app_info_get_default_for_type(kind.get(), FALSE));
 }
 
-// Starts an application for a file:// address, in which every byte of a path has its place, text or not.
+// Starts an application for a file:// URI, which can express any bytes of a path, valid text or not.
 bool Start(const Owned<GAppInfo>& application, char* address, GAppLaunchContext* context, GError** error) {
     GList addresses{address, nullptr, nullptr};
     constexpr auto Silent = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
@@ -46,7 +46,7 @@ bool Start(const Owned<GAppInfo>& application, char* address, GAppLaunchContext*
                                                      error);
 }
 
-// What a failure of xdg-open, by its exit status, or of the way to it, comes to.
+// Reports a failure by the exit status of xdg-open(1), or of env(1), which starts it.
 void TellFailureOfBrowser(const std::string& address, int status) {
     constexpr int NoBrowser = 3;
     constexpr int NoXdgOpen = 127;
@@ -76,14 +76,15 @@ void OpenInBrowser(const std::string& address) {
     const FileDescriptor nowhere = FileSystem::Current().OpenForWriting("/dev/null", false);
     const pid_t process = StartProcess({"/usr/bin/env", "xdg-open", address}, nowhere, nowhere);
     if (process == 0) return TellFailureOfBrowser(address, -1);
-    // Where there is no desktop, it lasts as long as the browser does.
+    // Without a desktop, xdg-open runs the browser itself and ends with it, so a thread waits for its end.
     try {
         std::thread([process, address] {
             const int status = WaitForEnd(process);
             if (status != 0) TellFailureOfBrowser(address, status);
         }).detach();
-    } catch (const std::system_error&) {
-        // Nobody hears of a failure then.
+    } catch (const std::system_error& error) {
+        // The browser runs, but its failure would go unnoticed.
+        if (IsTracing()) TraceFailure("wait for the browser of", address, error.code().message());
     }
 }
 

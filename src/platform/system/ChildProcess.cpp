@@ -4,14 +4,19 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <string.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "platform/base/Trace.h"
 
 namespace varnith {
 
 namespace {
 
-// What is to be different in the new process.
+// The differences between the new process and this one, for posix_spawn(3). Done by hand, because neither Qt
+// nor GLib gives a child all of these: a session, no inherited descriptors, and an end that can be waited
+// for.
 class Changes {
   public:
     Changes(const FileDescriptor& output, const FileDescriptor& errors) {
@@ -52,7 +57,9 @@ pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& out
     pid_t process = 0;
     const int failure = posix_spawn(&process, pointers.front(), &changes.files, &changes.attributes,
                                     pointers.data(), environ);
-    return failure == 0 ? process : 0;
+    if (failure == 0) return process;
+    TraceFailure("start", arguments.front(), strerrordesc_np(failure));
+    return 0;
 }
 
 int WaitForEnd(pid_t process) {

@@ -9,18 +9,20 @@
 
 namespace varnith {
 
-// Starts a program as a process of its own: in a session of its own, so that it outlives this one and its
-// terminal, with no input and none of this program's open files. What it writes goes to the two given files,
-// or where this program's own output goes if they are empty. The arguments begin with the program's absolute
-// path. Returns the process id, or 0 if the program could not be started.
+// Starts a program in a new process. The process has a session of its own (setsid(2)), so that it outlives
+// this program and its terminal, empty input, and none of this program's open files. Its standard output and
+// error go to the two given files, or to this program's own if those are empty. The first argument is the
+// absolute path of the program. Returns the process id, or 0 on failure. The caller has to call WaitForEnd,
+// or IsRunning until that is false, or the process stays a zombie.
 pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& output = {},
                    const FileDescriptor& errors = {});
 
-// Waits for the end of a process that was started so, and returns its exit status, -1 if a signal has ended
-// it. REQUIRES: it has not been seen to end.
+// Waits for the end of a process of StartProcess and returns its exit status, or -1 if a signal has killed
+// it. REQUIRES, here and below: neither function has reported its end yet, because afterwards its id may
+// belong to another process.
 int WaitForEnd(pid_t process);
 
-// Whether it still runs. REQUIRES: it has not been seen to end, since then its number may be another's.
+// Whether the process still runs. Doesn't wait.
 bool IsRunning(pid_t process);
 
 }  // namespace varnith

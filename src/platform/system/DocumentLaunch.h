@@ -5,9 +5,9 @@
 
 namespace varnith {
 
-// Opens a document or folder in the application that the desktop assigns to it, and brings that one to the
-// front if asked for. The item itself is never run, whatever its mode says. Failure is silent. REQUIRES: item
-// is not nil (NilObjectException).
+// Opens a document or folder in the application that the desktop associates with its type, and with
+// `to_front` brings that application to the front. The item itself is never executed, whatever its mode.
+// Without effect on failure. REQUIRES: item is not nil (NilObjectException).
 void LaunchDocument(const Ref<FolderItem>& item, bool to_front);
 
 }  // namespace varnith

@@ -8,22 +8,24 @@
 #include <unistd.h>
 
 #include "platform/base/FileDescriptor.h"
+#include "platform/base/Trace.h"
 #include "platform/system/ChildProcess.h"
 
 namespace varnith {
 
 namespace {
 
-// A stream of the command, from our end of a pipe to its end.
+// A pipe from one of the command's output streams, and the bytes that have come through it. Done by hand,
+// because popen(3) has only one stream and g_spawn_sync() cuts the output at its first NUL.
 struct Stream {
     Stream() {
         std::array<int, 2> ends{-1, -1};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) TraceErrno("make a pipe", "");
         ours = FileDescriptor(ends[0]);
         theirs = FileDescriptor(ends[1]);
     }
 
-    // Reads a piece, waiting for it. False at the end of the stream.
+    // Reads what is available; blocks if nothing is. False at the end of the stream.
     bool Read() {
         std::array<char, 4096> piece;
         const ssize_t count = read(ours.Descriptor(), piece.data(), piece.size());
@@ -36,7 +38,8 @@ struct Stream {
     std::string text;
 };
 
-// Reads both streams as they fill, so that the command never waits for us, until both have ended.
+// Reads both streams to their ends. It reads whichever has data, because a command blocks when a pipe is
+// full.
 void ReadAll(Stream& output, Stream& errors) {
     std::array<pollfd, 2> open{pollfd{output.ours.Descriptor(), POLLIN, 0},
                                pollfd{errors.ours.Descriptor(), POLLIN, 0}};
@@ -58,7 +61,9 @@ void Shell::Execute(const std::string& command_line) {
     errors.theirs = {};
     if (process == 0) return;
     ReadAll(output, errors);
-    WaitForEnd(process);
+    const int status = WaitForEnd(process);
+    if (status != 0 && IsTracing())
+        TraceFailure("run", command_line, "exit status " + std::to_string(status));
     result_ = output.text + errors.text;
 }
 

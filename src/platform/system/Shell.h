@@ -4,15 +4,15 @@
 
 namespace varnith {
 
-// Runs command lines of the system's shell, /bin/sh.
+// Runs command lines in the system's shell, /bin/sh.
 class Shell {
   public:
-    // Runs a command line and waits for its end, without giving way to anybody. It gets no input. Where it
-    // can't be run the result is empty. The exit status is not kept.
+    // Runs a command line with empty input and blocks until it ends; it is no yield point. If it can't be
+    // started, the result is empty. The exit status is not kept.
     void Execute(const std::string& command_line);
 
-    // What the last command has written: its standard output, then its standard error behind it, so that a
-    // warning never stands in front of a listing.
+    // The bytes that the last command has written: all of its standard output followed by all of its standard
+    // error, so that warnings never precede a listing.
     const std::string& Result() const { return result_; }
 
   private:

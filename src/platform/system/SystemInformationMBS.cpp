@@ -9,14 +9,15 @@
 #include <unistd.h>
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
 
 namespace varnith {
 
 namespace {
 
-// The value of a key of os-release: shell-like assignments, maybe in quotes, with "\" in front of a
-// character that is meant as it stands.
+// The value of a key in /etc/os-release. Its lines are shell assignments, whose values may be quoted and may
+// escape characters with a backslash (os-release(5)).
 std::string OSReleaseValue(const std::string& key) {
     std::istringstream lines(FileSystem::Current().Contents("/etc/os-release"));
     for (std::string line; std::getline(lines, line);) {
@@ -38,7 +39,7 @@ std::string OSReleaseValue(const std::string& key) {
     return {};
 }
 
-// A size of /proc/meminfo, in bytes (https://docs.kernel.org/filesystems/proc.html).
+// A size from /proc/meminfo, converted from KiB to bytes (https://docs.kernel.org/filesystems/proc.html).
 double MemoryInfo(const std::string& key) {
     std::istringstream lines(FileSystem::Current().Contents("/proc/meminfo"));
     for (std::string line; std::getline(lines, line);)
@@ -46,7 +47,7 @@ double MemoryInfo(const std::string& key) {
     return 0;
 }
 
-// The blocks of memory that are built in and in use, in bytes; 0 where the system has none to show
+// The total size of the memory blocks that are online, in bytes; 0 if the system doesn't list memory blocks
 // (https://docs.kernel.org/admin-guide/mm/memory-hotplug.html).
 double MemoryInBlocks() {
     const FileSystem& disk = FileSystem::Current();
@@ -58,7 +59,7 @@ double MemoryInBlocks() {
     return sum;
 }
 
-// A serial number as the firmware gives it, maybe with a NUL behind it.
+// The serial number from the firmware. Device trees end it with a NUL, which c_str() cuts off.
 std::string SerialOfHardware() {
     for (const char* place : {"/sys/class/dmi/id/product_serial", "/proc/device-tree/serial-number"}) {
         const std::string serial = Trim(FileSystem::Current().Contents(place).c_str());
@@ -67,7 +68,7 @@ std::string SerialOfHardware() {
     return {};
 }
 
-// A name-based UUID (RFC 4122, section 4.3): made by way of a hash, from which nothing leads back.
+// A name-based UUID (RFC 4122, section 4.3). It is a hash of the machine id, so it doesn't reveal the id.
 std::string SerialOfInstallation() {
     constexpr boost::uuids::uuid Varnith = {
         {0x5e, 0x1b, 0x0c, 0x3f, 0x9d, 0x42, 0x4a, 0x7e, 0x8f, 0x16, 0xd3, 0x60, 0x2a, 0xc9, 0x75, 0xb8}};
@@ -106,6 +107,7 @@ std::string SystemInformationMBS::MacSerialNumber() {
 
 std::string SystemInformationMBS::Username() {
     const passwd* user = getpwuid(getuid());
+    if (!user && IsTracing()) TraceFailure("find the name of user", std::to_string(getuid()), "no such user");
     return user ? user->pw_name : "";
 }
 

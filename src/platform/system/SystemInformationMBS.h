@@ -4,29 +4,28 @@
 
 namespace varnith {
 
-// What the operating system says of itself, its machine and its user.
+// Information about the operating system, the machine and the user.
 class SystemInformationMBS {
   public:
-    // The system's name as /etc/os-release has it under NAME, "Debian GNU/Linux" for one; "Linux" where the
-    // file says nothing (https://www.freedesktop.org/software/systemd/man/os-release.html).
+    // The system's name: NAME in /etc/os-release, such as "Debian GNU/Linux", or "Linux" if that is missing
+    // (https://www.freedesktop.org/software/systemd/man/os-release.html).
     static std::string OSName();
 
-    // Its version as the same file has it under VERSION, "12 (bookworm)" for one, or under VERSION_ID or
-    // BUILD_ID where that is missing; empty where there is none.
+    // The system's version: the first of VERSION, VERSION_ID and BUILD_ID that /etc/os-release has, such as
+    // "12 (bookworm)"; empty if it has none.
     static std::string OSVersionString();
 
-    // The memory of the machine in bytes, and what programs could still take of it without swapping. Where
-    // the system doesn't tell the size of what is built in, it is what the system has for its use.
+    // Sizes in bytes. LogicalRAM is the memory of the machine or, if the system doesn't tell that, the memory
+    // that the kernel manages. AvailableRAM is what programs can still use without swapping.
     static double LogicalRAM();
     static double AvailableRAM();
 
-    // The serial number of the hardware. Most systems show it to the administrator only: then it is an
-    // identifier of this installation, which stays the same, is made from /etc/machine-id and doesn't give
-    // that away (https://www.freedesktop.org/software/systemd/man/machine-id.html). Empty where there is
-    // neither.
+    // The serial number of the hardware. Most systems show it to root only; the result is then an id of this
+    // installation that never changes. It is a hash of /etc/machine-id, which is to be kept secret
+    // (https://www.freedesktop.org/software/systemd/man/machine-id.html). Empty if there is neither.
     static std::string MacSerialNumber();
 
-    // The name under which the user has logged in.
+    // The login name of the process's user; empty if the system has none.
     static std::string Username();
 };
 

@@ -1,9 +1,13 @@
 #include "platform/threads/Fiber.h"
 
+#include <new>
+#include <string>
 #include <utility>
 
 #include <boost/context/fiber.hpp>
 #include <boost/context/protected_fixedsize_stack.hpp>
+
+#include "platform/base/Trace.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/common_interface_defs.h>
@@ -15,9 +19,9 @@ namespace {
 
 namespace context = boost::context;
 
-// One side of a switch between stacks, as AddressSanitizer has to be told of it: Leaving in front of the
-// switch away, Arrived behind the switch back. Without them an exception on a fiber gives false reports.
-// Without the sanitizer all of it is nothing.
+// Tells AddressSanitizer about the switches between a stack and others: call Leaving before switching away
+// and Arrived after switching back. Otherwise an exception on a fiber causes false reports. Without the
+// sanitizer it does nothing.
 class StackSide {
   public:
     struct Bounds {
@@ -25,7 +29,7 @@ class StackSide {
         std::size_t size = 0;
     };
 
-    // A side that is left for good has no need of its bookkeeping any more.
+    // With `for_good` the sanitizer frees what it keeps about this stack, which is never switched back to.
     void Leaving([[maybe_unused]] const Bounds& target, [[maybe_unused]] bool for_good = false) {
 #if defined(__SANITIZE_ADDRESS__)
         __sanitizer_start_switch_fiber(for_good ? nullptr : &fake_stack_, target.bottom, target.size);
@@ -45,7 +49,7 @@ class StackSide {
     void* fake_stack_ = nullptr;
 };
 
-// Runs its function at the end of the scope, left by a turn or by an unwinding.
+// Runs a function at the end of the scope, also when an exception or a kill unwinds the stack.
 template <class Function>
 class AtEnd {
   public:
@@ -66,8 +70,8 @@ struct Fiber::State {
     context::stack_context stack;
     bool started = false;
     bool ended = false;
-    context::fiber own;      // the suspended body, while someone else runs
-    context::fiber resumer;  // the suspended resumer, while the body runs
+    context::fiber own;      // the body, while it is suspended
+    context::fiber resumer;  // the caller of Resume, while the body runs
     StackSide own_side;
     StackSide resumer_side;
     StackSide::Bounds own_stack;
@@ -79,7 +83,7 @@ struct Fiber::State {
         if (!started) allocator.deallocate(stack);
     }
 
-    // The stack belongs to the suspended body from here on.
+    // Passes the ownership of the stack to the suspended body.
     void Start() {
         started = true;
         own_stack = {static_cast<char*>(stack.sp) - stack.size, stack.size};
@@ -95,9 +99,14 @@ struct Fiber::State {
     }
 };
 
-Fiber::Fiber(std::function<void()> body, std::size_t stack_size)
-    : state_(std::make_unique<State>(std::move(body), stack_size)) {}
+Fiber::Fiber(std::function<void()> body, std::size_t stack_size) try
+    : state_(std::make_unique<State>(std::move(body), stack_size)) {
+} catch (const std::bad_alloc&) {
+    if (IsTracing()) TraceErrno("allocate a stack of", std::to_string(stack_size) + " bytes");
+    throw;
+}
 
+// Destroying a suspended context::fiber resumes it with an exception that unwinds its stack.
 Fiber::~Fiber() {
     if (!state_->own) return;
     state_->resumer_side.Leaving(state_->own_stack);

@@ -6,20 +6,20 @@
 
 namespace varnith {
 
-// A stack of its own that runs a body, turn by turn. Dropping one that stands in the middle of its body
-// unwinds its stack from where it gave way, so all that lives there is released in order.
-// A body may not give way inside of a catch block or a destructor.
+// A coroutine: a function (the body) with a stack of its own, which can suspend itself and be resumed.
+// Destroying a suspended fiber unwinds its stack, so all objects on it are destroyed.
+// A body may not suspend itself inside of a catch block or a destructor.
 class Fiber {
   public:
-    // Makes the stack, of that many bytes, and runs nothing yet; std::bad_alloc if there is no room for it.
-    // What the body throws may not leave it.
+    // Allocates the stack, with its size in bytes; throws std::bad_alloc if that fails. The body starts at
+    // the first Resume. No exception may leave the body.
     Fiber(std::function<void()> body, std::size_t stack_size);
     ~Fiber();
 
-    // Runs the body until it gives way or ends. True as long as it has not ended.
+    // Runs the body until it calls GiveWay or ends. False if it has ended.
     bool Resume();
 
-    // Called from within the body: returns to whoever resumed it, and comes back at the next Resume.
+    // Suspends the body: Resume returns, and the next Resume continues here. Called by the body only.
     void GiveWay();
 
   private:

@@ -26,7 +26,7 @@ void Scheduler::Turn() {
     if (running_) return;
     const std::vector<Thread*> turn = threads_;
     for (Thread* thread : turn) {
-        // One that ran before it in this turn may have ended it.
+        // A thread that ran earlier in this turn may have killed it.
         if (std::find(threads_.begin(), threads_.end(), thread) == threads_.end()) continue;
         const bool due = thread->turns_ == Thread::Turns::Sleeping &&
                          thread->wake_time_ <= std::chrono::steady_clock::now();

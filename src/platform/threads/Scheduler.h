@@ -10,35 +10,37 @@ namespace varnith {
 
 class Thread;
 
-// Who runs when. The program's code runs on one thread of the operating system: its event handlers, and
-// beside them the threads of class Thread, each on a stack of its own that this scheduler resumes for a time
-// slice and that gives way only at a yield point. Nothing here may be called from another OS thread.
+// Schedules the program's cooperative threads. All of the program's code runs on one thread of the operating
+// system: the event handlers on its main stack, and each Thread on a stack of its own. The scheduler resumes
+// a Thread for a time slice, and the Thread gives way only at a yield point. Not thread-safe: call it from
+// that one OS thread only.
 class Scheduler {
   public:
     static Scheduler& Current();
 
-    // A yield point: an offer to let the others run, taken up when the running side has used up its slice.
-    // Within a thread it gives the turn back to whoever resumed it; in an event handler it lets each ready
-    // thread run for a slice. A killed thread ends here: its stack is unwound.
+    // A yield point. Returns at once unless the caller's time slice is over. Then a Thread is suspended until
+    // its next turn, and an event handler lets each ready Thread run for a slice. If the Thread is killed
+    // meanwhile, its stack is unwound from here.
     void Yield();
 
-    // The running side has nothing more to do in its slice: the next yield point is taken up.
+    // Ends the caller's time slice, so that the next yield point lets others run.
     void GiveUpSlice() { slice_end_ = {}; }
 
-    // One turn: each thread that is ready runs for a slice. Called by the event loop, on its own stack.
+    // Runs each ready thread for a slice. Called by the event loop; without effect within a Thread.
     void Turn();
 
-    // How long the event loop may wait before the next turn: zero if a thread is ready, otherwise until the
-    // first sleeping one is due; nothing if no thread waits for a turn. The thread that asks is not counted.
+    // How long the event loop may wait before the next turn: zero if a thread is ready, else until the first
+    // sleeping thread is due. Nothing if all threads are suspended or none exists. The calling Thread itself
+    // doesn't count.
     std::optional<std::chrono::milliseconds> UntilNextTurn() const;
 
-    // Called whenever UntilNextTurn may have become shorter.
+    // Sets a function that is called whenever UntilNextTurn may have become shorter.
     void SetWakeUp(std::function<void()> wake_up) { wake_up_ = std::move(wake_up); }
 
-    // The time that one side may run before a yield point is taken up; at zero every one is.
+    // Sets the length of a time slice. If it is zero, every yield point lets others run.
     void SetSlice(std::chrono::milliseconds slice) { slice_ = slice; }
 
-    // Ends all threads, at the end of the program.
+    // Kills all threads, when the program ends.
     void KillAll();
 
   private:
@@ -51,14 +53,14 @@ class Scheduler {
     void RunOneTurn(Thread& thread);
     void BeginSlice();
 
-    std::vector<Thread*> threads_;  // those that have been started and have not ended
-    Thread* running_ = nullptr;     // null while the event loop's side runs
+    std::vector<Thread*> threads_;  // the threads that have started and not ended; not owned
+    Thread* running_ = nullptr;     // null while an event handler or the event loop runs
     std::chrono::milliseconds slice_{8};
     std::chrono::nanoseconds slice_end_{0};
     std::function<void()> wake_up_;
 };
 
-// The yield point that ends each pass of the program's loops.
+// A yield point of the current scheduler. Each iteration of the program's long loops ends with it.
 void Yield();
 
 }  // namespace varnith

@@ -5,7 +5,7 @@
 namespace varnith {
 
 namespace {
-// AddressSanitizer follows exceptions on stacks of up to 64 MiB.
+// Below 64 MiB, the largest stack that AddressSanitizer cleans up after an exception.
 constexpr std::size_t DefaultStackSize = 60 << 20;
 }  // namespace
 
@@ -21,8 +21,8 @@ void Thread::Run() {
     Scheduler::Current().Add(*this);
 }
 
-// What escapes is kept until the fiber has been left: it is handled on the stack of the event loop. Only
-// std::exception is caught, so the unwinding of a kill passes.
+// Keeps an exception until the fiber has ended, so that it is handled on the event loop's stack. Catches only
+// std::exception, because the exception by which a kill unwinds the stack must pass.
 void Thread::RunBody() {
     try {
         Event_Run();

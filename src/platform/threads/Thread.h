@@ -10,35 +10,37 @@
 
 namespace varnith {
 
-// A cooperative thread: a body that runs beside the event handlers and gives way at yield points only.
-// Dropping the last Ref of a running thread kills it.
+// A cooperative thread: its body runs by turns with the event handlers and gives way at yield points only
+// (Scheduler). Dropping the last Ref of a running thread kills it.
 class Thread : public RefCounted {
   public:
     ~Thread() override;
 
-    // How urgent the thread is. With turns of equal length for all it has nothing to decide.
+    // The priority. It has no effect: all threads get turns of equal length.
     std::int32_t Priority = 5;
 
-    // The size of the stack in bytes; 0 for the default of 60 MiB, of which only what is used takes memory.
-    // It holds some ten thousands of nested calls.
+    // The size of the stack in bytes, used by Run. 0 means 60 MiB, enough for tens of thousands of nested
+    // calls; only the part that is used takes memory.
     std::int32_t StackSize = 0;
 
-    // Starts the body, which first runs at the event loop's next turn. Without effect while it runs.
+    // Starts the body, which first runs at the event loop's next turn. Without effect if the thread runs
+    // already. Throws std::bad_alloc if the stack can't be allocated.
     virtual void Run();
 
-    // Takes the thread out of the turns until Resume. From within the thread it also gives way.
+    // Suspend takes the thread out of the turns until Resume. If the thread calls it itself, it also gives
+    // way.
     virtual void Suspend();
     virtual void Resume();
 
-    // Takes the thread out of the turns for that many milliseconds. From within the thread it also gives way.
+    // Takes the thread out of the turns for that time. If the thread calls it itself, it also gives way.
     virtual void Sleep(std::int32_t milliseconds);
 
-    // Ends the thread at the yield point where it stands and unwinds its stack. Without effect if it doesn't
-    // run. REQUIRES: not called from within the thread itself.
+    // Ends the thread at the yield point where it waits, and unwinds its stack. Without effect if it has not
+    // started or has ended, and if the thread calls it itself.
     virtual void Kill();
 
   protected:
-    // The body. An exception that leaves it ends the thread and goes to the handler of unhandled exceptions.
+    // The body. An exception that leaves it ends the thread and goes to HandleUnhandled (base/Guard.h).
     virtual void Event_Run() = 0;
 
   private:

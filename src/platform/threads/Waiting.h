@@ -2,10 +2,10 @@
 
 namespace varnith {
 
-// Waits until a descriptor is ready for reading, or for writing too if asked for, but for a few milliseconds
-// at most, and not at all while a thread of the program is ready to run. The rest of the caller's time slice
-// is given up, so the yield point that follows lets the threads run. A descriptor below 0 is never ready.
-// Returns whether it is ready; one that has failed is.
+// Waits up to 5 ms until a descriptor is ready for reading or, with `for_writing`, for reading or writing. If
+// a Thread of the program is ready to run, it doesn't wait. Ends the caller's time slice, so the next yield
+// point lets the threads run. Returns whether the descriptor is ready, which it also is after an error
+// (poll(2)). A negative descriptor is never ready.
 bool WaitBriefly(int descriptor, bool for_writing);
 
 }  // namespace varnith

@@ -11,17 +11,20 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "platform/base/Trace.h"
+
 namespace varnith {
 
 namespace {
 
-// What a thread has spent its time on since the object was made, in seconds.
+// Measures how the calling thread spends its time from the construction on. Times are in seconds.
 class Stopwatch {
   public:
     double Elapsed() const { return Seconds(std::chrono::steady_clock::now() - start_).count(); }
 
-    // The time that it did not wait for the disk. A thread that never gave up the processor of its own accord
-    // has waited for nothing but the processor, which more threads would not bring nearer.
+    // The part of the elapsed time in which the thread didn't wait for the disk. Without a voluntary context
+    // switch (getrusage(2)) that is all of it: such a thread waited only for a processor, and more threads
+    // would not help.
     double Working(double elapsed) const {
         const rusage now = Usage();
         if (now.ru_nvcsw == usage_.ru_nvcsw) return elapsed;
@@ -49,12 +52,12 @@ class Stopwatch {
 
 }  // namespace
 
-// Shared with the threads, which may outlive the workers.
+// Shared with the threads, which may outlive the Workers object.
 struct Workers::State : std::enable_shared_from_this<State> {
     State(std::size_t at_least, std::size_t at_most) : least(at_least), most(at_most) {}
 
-    // The number of threads that keeps the processors busy, given how long jobs wait. REQUIRES, as for what
-    // follows: the mutex is held.
+    // The number of threads that keeps the processors busy, given how long a job waits. REQUIRES, here and
+    // below: the caller holds the mutex.
     std::size_t AtOnce() const {
         constexpr double LeastWork = 1e-6;
         const double at_once = processors * elapsed / std::max(working, LeastWork);
@@ -64,8 +67,9 @@ struct Workers::State : std::enable_shared_from_this<State> {
     void StartThreads() try {
         for (; threads < AtOnce() && threads - busy < jobs.size(); ++threads)
             std::thread([self = shared_from_this()] { self->Work(); }).detach();
-    } catch (const std::system_error&) {
-        // No more can be had: those that there are go on.
+    } catch (const std::system_error& error) {
+        // The system allows no more threads: the existing ones do the work.
+        if (IsTracing()) TraceFailure("start a worker thread", "", error.code().message());
     }
 
     void Work() {
@@ -100,7 +104,7 @@ struct Workers::State : std::enable_shared_from_this<State> {
         if (somebody_waits) answered.notify_one();
     }
 
-    // As means that forget. The first job counts in full, so that a share comes to its best at once.
+    // Updates moving averages. The first job sets them, so that a slow share has many threads at once.
     void Remember(double taken, double worked) {
         const double weight = elapsed == 0 ? 1 : 1.0 / 8;
         elapsed += (taken - elapsed) * weight;
@@ -120,14 +124,14 @@ struct Workers::State : std::enable_shared_from_this<State> {
     std::size_t busy = 0;
     std::size_t idle = 0;
     bool somebody_waits = false;
-    double elapsed = 0;  // that a job takes, in seconds
-    double working = 0;  // of that, what it doesn't wait
+    double elapsed = 0;  // the average time of a job, in seconds
+    double working = 0;  // the part of it that a job doesn't wait
     bool ended = false;
 };
 
 namespace {
 
-// Those of the whole program, as long as they or one of their threads live.
+// The states of all Workers of the program, including those whose Workers are gone but whose threads run.
 std::mutex all_mutex;
 std::vector<std::weak_ptr<Workers::State>> all;
 
@@ -150,7 +154,7 @@ void Workers::Add(std::shared_ptr<Job> job) {
     std::unique_lock lock(state_->mutex);
     state_->jobs.push_back(std::move(job));
     state_->StartThreads();
-    // Where not one thread can be had, whoever asks does the work.
+    // If no thread could be started, the caller does the work.
     if (state_->threads == 0) return state_->DoNext(lock);
     if (state_->idle > 0) state_->added.notify_one();
 }

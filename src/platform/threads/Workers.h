@@ -12,39 +12,40 @@
 
 namespace varnith {
 
-// Threads of the operating system for what has to wait for the disk. A job works on values of its own, such
-// as paths and file descriptors: never on a control, a Ref or anything else of the program's one thread. It
-// may not throw.
+// A pool of threads of the operating system, for jobs that wait for the disk. A job may use only values of
+// its own, such as paths and file descriptors: never a control, a Ref or anything else of the program's one
+// thread. It may not throw.
 //
-// How many jobs are done at once follows from why they take long. Jobs that keep the processors busy are done
-// by few threads, because more would only take the processors from each other. Jobs that spend nine tenths of
-// their time waiting are done by ten threads for each processor.
+// The number of threads adapts to the jobs. For jobs that keep the processors busy there are few, because
+// more would only compete for the processors. For jobs that wait nine tenths of their time there are ten for
+// each processor.
 class Workers {
   public:
-    // What a job will come to. Copies stand for the same answer. An empty one stands for none.
+    // A handle of a job's outcome. Copies refer to the same job. A default-constructed one refers to none,
+    // and may only be assigned to.
     template <class Outcome>
     class Answer;
 
-    // The least and the most jobs that are done at once. REQUIRES: neither is 0.
+    // The minimum and maximum number of threads. REQUIRES: 0 < least <= most.
     Workers(std::size_t least, std::size_t most);
-    // Drops what has not begun. A job that has begun is left to end by itself: a share that doesn't answer
-    // keeps nobody waiting.
+    // Discards the jobs that have not started. Doesn't wait for the others, so that a share that doesn't
+    // answer blocks nobody.
     ~Workers();
 
-    // Has a job done, in the order of the asking.
+    // Queues a job, a function without arguments. Jobs start in the order of these calls.
     template <class Work>
     Answer<std::invoke_result_t<Work&>> Do(Work work);
 
-    // Waits until the answer is there, but for so long at most.
+    // Blocks until the answer is there, for up to that time.
     template <class Outcome>
     void WaitBriefly(const Answer<Outcome>& answer, std::chrono::milliseconds most) {
         Wait(*answer.job_, most);
     }
 
-    // How many jobs are done at once now.
+    // The number of jobs that run at once now, by the time that jobs lately waited.
     std::size_t AtOnce() const;
 
-    // Whether a job of any workers has begun and not ended. Workers that are gone count while it lasts.
+    // Whether a job of any Workers object is running, including those of destroyed ones.
     static bool AnyAtWork();
 
     struct State;
@@ -71,9 +72,9 @@ class Workers::Answer {
     Answer() = default;
 
     bool IsThere() const { return job_->done.load(std::memory_order_acquire); }
-    // REQUIRES: it is there.
+    // The outcome, which the job owns. REQUIRES: IsThere().
     Outcome& Get() const { return **outcome_; }
-    // Nobody wants it any more: a job that has not begun is not done.
+    // Cancels the job if it has not started.
     void Drop() const { job_->dropped = true; }
 
   private:
@@ -82,7 +83,7 @@ class Workers::Answer {
         : job_(std::move(job)), outcome_(outcome) {}
 
     std::shared_ptr<Job> job_;
-    std::optional<Outcome>* outcome_ = nullptr;  // part of the job
+    std::optional<Outcome>* outcome_ = nullptr;  // a member of the job
 };
 
 template <class Work>
@@ -102,10 +103,11 @@ Workers::Answer<std::invoke_result_t<Work&>> Workers::Do(Work work) {
     return answer;
 }
 
-// The outcome of a job. Until it is there, others run: the waiting side gives way as at a yield point.
+// Waits for a job and returns its outcome, which the job owns. It is a yield point: while it waits, the
+// program's other threads run.
 template <class Outcome>
 Outcome& Awaited(Workers& workers, const Workers::Answer<Outcome>& answer) {
-    // Blocks for up to one slice first, because the answer is usually moments away.
+    // Block for up to one slice, because the result is usually moments away.
     constexpr std::chrono::milliseconds Slice{8};
     while (!answer.IsThere()) {
         workers.WaitBriefly(answer, Slice);
