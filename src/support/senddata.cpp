@@ -5,7 +5,7 @@
 
 namespace varnith {
 
-// The names of the fields and the fixed values are those that the server knows.
+// The support server expects these names and fixed values.
 Ref<Dictionary<std::string>> SupportWindow::Ticket() const {
     auto ticket = MakeRef<Dictionary<std::string>>();
     ticket->SetValue("process", "1");
@@ -17,8 +17,8 @@ Ref<Dictionary<std::string>> SupportWindow::Ticket() const {
     return ticket;
 }
 
-// Only the last request is carried through: each one drops the one before it. The order of the calls is
-// required as it stands.
+// Each request drops the one before it, so the server receives the last one only. The first two look like a
+// slip; leave them as they are.
 void SupportWindow::senddata(const std::string& /*unused*/) {
     const std::string url = BuildSettings::WebServer + "/support.php";
     Socket1->Get(url);

@@ -58,7 +58,7 @@ void AutoUpdateWindow::CreateDownloader() {
 
 void AutoUpdateWindow::Init(const std::string& url) {
     downloadURL = url;
-    // Two blanks, and no name where one is expected: users and support know the sentence so.
+    // The missing name and the two blanks look like slips. Users and support know the sentence, so leave it.
     DetailDisplay.SetText(
         "There is a newer version of available for download.  Press the Update button to begin.");
     ActionBtn.SetCaption("Update");
@@ -79,17 +79,16 @@ void AutoUpdateWindow::ActionBtn_Action() {
 void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
                                                   const std::string& /*data*/) {
     is_whole_ = received >= total;
-    // A server that names no length leaves the bar empty.
+    // The bar stays empty if the server announces no length.
     ProgressBar1.SetValue(total == 0 ? 0 : WholeNumber(static_cast<double>(received) / total * 100));
 }
 
 void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, std::int32_t /*status*/,
                                                    const Ref<InternetHeaders>& /*headers*/,
                                                    const Ref<FolderItem>& file) {
-    // The client takes the break of a connection for the end of the page, a broken archive for an
-    // application.
+    // HTTPSocket reports a download that broke off as complete. Part of an archive must not be installed.
     if (!is_whole_) return;
-    // Whatever the status says: what came is an archive that can be unpacked, or it isn't.
+    // The status is ignored: what matters is whether the file contains something to install.
     if (!UpdateUtilities::SwapFiles(file)) ReportFailure();
 }
 
