@@ -10,14 +10,13 @@ namespace varnith {
 
 namespace {
 
-// PCRE2 counts the steps of a search from each starting place anew. By measure, a text of a million
-// characters made to take as many at each of them costs about a second.
+// PCRE2 counts steps anew at each starting position, so this bounds the work for one character of the text.
 constexpr std::uint32_t MostSteps = 2'000;
-// The just-in-time compiler passes over a run of characters that can't begin a match in one go. Where the
-// system lets no program make code to run, the interpreter tries each of them, and a long run costs its
-// square.
+// The longest text in bytes for PCRE2's interpreter. Its work can grow with the square of the text's length,
+// where code from the just-in-time compiler skips a run of characters at once. That compiler needs executable
+// memory, which some systems refuse.
 constexpr std::size_t MostInterpreted = 20'000;
-constexpr std::uint32_t MostMemory = 64 << 10;  // KiB, for the places to which a search may have to go back
+constexpr std::uint32_t MostMemory = 64 << 10;  // KiB, for backtracking
 
 template <class T>
 using Owned = std::unique_ptr<T, void (*)(T*)>;

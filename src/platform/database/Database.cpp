@@ -24,8 +24,8 @@ std::string_view ColumnText(sqlite3_stmt* statement, int column) {
     return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
-// Tries until nobody has the file locked, for 2 s at most. SQLite's own wait would hold up the program's
-// threads, and none of them could be ended from within SQLite.
+// Repeats an attempt while another connection has the file locked, for 2 s at most. SQLite's own busy handler
+// would block the program's threads, and a thread can't be killed within SQLite.
 int Patiently(const std::function<int()>& attempt) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     int result = attempt();
@@ -68,8 +68,8 @@ bool Database::Open(int flags) {
     if (opened != SQLITE_OK) return false;
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 1, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 1, nullptr);
-    // SQLite opens any file and reads it at the first statement, so whether it is a database shows only now.
-    // One that someone else has locked is a database all the same.
+    // sqlite3_open_v2 doesn't read the file. Only the first statement shows whether it is a database. A
+    // locked one counts as a database.
     const int looked = sqlite3_exec(handle, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
     if (looked != SQLITE_OK && looked != SQLITE_BUSY) return false;
     handle_ = std::move(opened_handle);
@@ -81,8 +81,9 @@ bool Database::IsInTransaction() const {
     return sqlite3_get_autocommit(handle_.get()) == 0;
 }
 
-// The version of the file that the handle knows. A statement that takes its lock looks it up anew; this call
-// does not, so what another program changes after a statement never counts as seen.
+// The version of the file's contents when this handle last read it. Each statement that locks the file
+// updates it, and this call doesn't. So a change that another handle makes after a statement is never taken
+// for seen (https://sqlite.org/c3ref/c_fcntl_begin_atomic_write.html, SQLITE_FCNTL_DATA_VERSION).
 std::uint32_t Database::Version() const {
     std::uint32_t version = 0;
     sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
@@ -96,7 +97,7 @@ void Database::Write(const std::function<int()>& statement) {
     if (!has_begun) seen_version_ = Version();
     if (!IsInTransaction()) return;
     is_lost_ = is_lost_ || Version() != seen_version_;
-    // At once, so that what is lost keeps nobody from the file.
+    // Roll back now and not in Commit, so that a lost transaction keeps no lock.
     if (is_lost_) sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr);
 }
 

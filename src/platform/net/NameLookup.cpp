@@ -14,7 +14,7 @@
 
 namespace varnith {
 
-// Shared by who asked and the worker, whichever of them lives longer.
+// Shared by the NameLookup and its worker thread, either of which may outlive the other.
 struct NameLookup::Answer {
     FileDescriptor ready{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::atomic<bool> done = false;

@@ -18,7 +18,7 @@ TCPSocket::~TCPSocket() {
     TCPSocket::Close();
 }
 
-// The rest happens in Serve, so that a failure, however early, is no event within this call.
+// Serve does the rest, so that even an early failure raises no event within this call.
 void TCPSocket::Connect() {
     Close();
     lookup_ = std::make_unique<NameLookup>(Address);
@@ -119,8 +119,9 @@ void TCPSocket::FinishConnecting() {
     Event_Connected();
 }
 
-// Sends what goes out at once. True if that was the last of it, which is an event. A peer that takes no more
-// may still have something to say, so a failure is left for the receiving side to find.
+// Sends as much as possible without blocking. Returns true if that was the last byte, which raises
+// SendComplete. A failure raises no event: the peer may have sent bytes before, and Receive finds the end of
+// the connection after them.
 bool TCPSocket::Send() {
     if (to_send_.empty()) return false;
     const ssize_t count =
