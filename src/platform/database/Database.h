@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -70,8 +71,9 @@ class Database {
     bool Open(int flags);
     bool IsInTransaction() const;
     std::uint32_t Version() const;
-    // `statement`, Select and Insert run a statement and return SQLite's result code.
-    void Write(const std::function<int()>& statement);
+    // `statement`, Select and Insert run a statement and return SQLite's result code. `tried` and `on` tell
+    // the statement in the trace.
+    void Write(std::string_view tried, std::string_view on, const std::function<int()>& statement);
     int Select(const std::string& statement, Ref<RecordSet>& found);
     int Insert(const std::string& table, const DatabaseRecord& record);
     bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;

@@ -64,11 +64,14 @@ class TCPSocket : public SocketCore, public Readable, public Writeable {
     void FinishConnecting();
     bool Send();
     void Receive();
+    // The remote address and port, for the trace.
+    std::string Remote() const;
     void Fail(std::int32_t code);
 
     State state_ = State::Closed;
     std::unique_ptr<NameLookup> lookup_;
     std::vector<std::string> addresses_;  // numeric; not tried yet, the next one last
+    std::string remote_address_;          // numeric; the one tried last
     FileDescriptor connection_;
     std::string to_send_;
     std::size_t sent_ = 0;  // bytes at the front of `to_send_` that were sent
