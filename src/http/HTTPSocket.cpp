@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Application.h"
 
@@ -101,6 +102,9 @@ bool HTTPSocket::_SetDownloadFile(Ref<FolderItem> file) {
     if (empty) empty->Close();
     _downloadStream = empty ? file->OpenAsBinaryFile() : nullptr;
     if (!_downloadStream) {
+        if (IsTracing())
+            TraceFailure("write the download to", file->AbsolutePath(),
+                         file->Directory() ? "it is a folder" : "it can't be opened for writing");
         SetError(FileNotWriteable);
         return false;
     }
@@ -141,6 +145,7 @@ void HTTPSocket::WaitForPage() {
             deadline = now() + limit;
         }
         if (timeoutSeconds > 0 && deadline < now()) {
+            TraceFailure("get an answer from", _server, "the time-out has passed");
             Close();
             SetError(TimedOut);
             break;

@@ -5,6 +5,7 @@
 #include "platform/base/Base64.h"
 #include "platform/base/Event.h"
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 
 namespace varnith {
 
@@ -50,12 +51,18 @@ void HTTPSocket::Event_DataAvailable() {
 // _connectionValid stays set when a new request drops a standing connection. So if the new request can't
 // connect, it ends as an empty page and not with an error.
 void HTTPSocket::Event_Error() {
-    if (!std::exchange(_connectionValid, false))
+    if (!std::exchange(_connectionValid, false)) {
         SetError(LastErrorCode());
-    else if (Lookahead().empty())
+    } else if (Lookahead().empty()) {
         _ProcessPage();
-    else
+    } else {
+        // _ProcessData completes the page of a 401.
+        if (_httpStatusCode != 401)
+            TraceFailure("complete the page of", _server,
+                         _pageHeaders ? "the connection ended before all of it was read"
+                                      : "the connection ended within the head");
         _HandleNewData();
+    }
 }
 
 void HTTPSocket::_HandleNewData() {

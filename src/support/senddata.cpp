@@ -1,4 +1,6 @@
 #include "BuildSettings.h"
+#include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/ui/Dialogs.h"
 #include "support/FormInputs.h"
 #include "support/SupportWindow.h"
@@ -25,6 +27,9 @@ void SupportWindow::senddata(const std::string& /*unused*/) {
     const std::string request = url + "?" + Socket1->EncodeFormData(Ticket());
     Socket1->Get(request);
     Socket1->Get(request, Patience);
+    if (const std::int32_t status = Socket1->HTTPStatusCode(); status != 200 && IsTracing())
+        TraceFailure("send the ticket to", url,
+                     status == 0 ? "no answer has come" : "the answer has the status " + Str(status));
     MsgBox("Support Ticket Sent!");
     Close();
 }

@@ -1,6 +1,7 @@
 #include "update/AutoUpdateWindow.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/ui/Dialogs.h"
 #include "update/UpdateUtilities.h"
@@ -71,9 +72,11 @@ void AutoUpdateWindow::ActionBtn_Action() {
     if (file) {
         is_whole_ = false;
         Downloader->Get(downloadURL, file);
-    } else if (!downloadURL.empty()) {
-        ReportFailure();
+        return;
     }
+    TraceFailure("download the update", downloadURL,
+                 folder ? "the address names no file" : "there is no safe temporary folder");
+    if (!downloadURL.empty()) ReportFailure();
 }
 
 void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
@@ -87,7 +90,10 @@ void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, s
                                                    const Ref<InternetHeaders>& /*headers*/,
                                                    const Ref<FolderItem>& file) {
     // HTTPSocket reports a download that broke off as complete. Part of an archive must not be installed.
-    if (!is_whole_) return;
+    if (!is_whole_) {
+        TraceFailure("download the update", downloadURL, "the connection ended too early");
+        return;
+    }
     // The status is ignored: what matters is whether the file contains something to install.
     if (!UpdateUtilities::SwapFiles(file)) ReportFailure();
 }

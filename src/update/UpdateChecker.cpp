@@ -1,6 +1,7 @@
 #include "update/UpdateChecker.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Application.h"
 #include "update/AutoUpdateWindow.h"
@@ -33,6 +34,9 @@ std::int32_t RunningNumber() {
 UpdateChecker::UpdateChecker() {
     PageReceived = [this](const std::string& url, std::int32_t status, const Ref<InternetHeaders>& headers,
                           const std::string& content) { Event_PageReceived(url, status, headers, content); };
+    Error = [this](std::int32_t /*code*/) {
+        TraceFailure("check for a newer version on", Address, "the update server can't be reached");
+    };
 }
 
 void UpdateChecker::CheckNow(const std::string& url) {
@@ -68,7 +72,8 @@ Ref<Dictionary<std::string>> UpdateChecker::ParseDataFile(const std::string& con
 }
 
 void UpdateChecker::CheckVersion(const Ref<Dictionary<std::string>>& data) {
-    if (!data || !data->HasKey("version")) return;
+    if (!data || !data->HasKey("version"))
+        return TraceFailure("check for a newer version on", Address, "the answer names no version");
     if (NumberOf(data->Value("version")) <= RunningNumber()) return;
     // The date is read but has no effect: every newer version is offered.
     Date build_date;

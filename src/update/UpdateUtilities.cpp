@@ -1,6 +1,7 @@
 #include "update/UpdateUtilities.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/system/ApplicationLaunch.h"
 #include "platform/system/Shell.h"
@@ -28,7 +29,11 @@ Ref<FolderItem> UpdateUtilities::GetExecutableFile() {
 }
 
 bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
-    if (!download || !download->Exists()) return false;
+    if (!download || !download->Exists()) {
+        if (download && IsTracing())
+            TraceFailure("install the update", download->AbsolutePath(), "there is no such file");
+        return false;
+    }
     const auto application = GetExecutableFile();
     const std::string name = application->Name();
     const auto temporary_folder = TemporaryFolder();
@@ -66,7 +71,13 @@ Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download)
     // tar lists what it unpacks, so the first line begins with the name of the application's folder. tar's
     // exit status doesn't matter: that folder exists or it doesn't.
     const auto extracted = folder->Child(NthField(shell.Result(), "/", 1));
-    if (!extracted || !extracted->Exists()) return nullptr;
+    if (!extracted || !extracted->Exists()) {
+        if (IsTracing())
+            TraceFailure(
+                "unpack the update", download->AbsolutePath(),
+                "there is nothing to install in it; tar says \"" + Mid(shell.Result(), 1, 200) + "\"");
+        return nullptr;
+    }
     DeleteFileOrFolder(download);
     return extracted;
 }
