@@ -5,7 +5,8 @@
 namespace varnith {
 
 void HTTPSocket::_ParseURL(const std::string& url) {
-    // The mark counts wherever it stands: a URL without a scheme that holds another is taken for that one.
+    // Everything up to the first "://" is dropped, wherever it stands. So a URL without a scheme that holds
+    // another URL is taken for that other URL.
     constexpr std::string_view SchemeMark = "://";
     const std::size_t mark = url.find(SchemeMark);
     const std::string rest = mark == url.npos ? url : url.substr(mark + SchemeMark.size());
@@ -17,8 +18,9 @@ void HTTPSocket::_ParseURL(const std::string& url) {
     Address = NthField(_server, ":", 1);
 }
 
-// The servers know this list: it escapes some characters that need not be, and lets others through, each
-// byte from 128 up among them. The percent sign stands first, so that no escape is escaped again.
+// The servers rely on just this list. It escapes characters that need no escape, such as "-", and passes
+// others that do, such as "?" and each byte from 128 up. The percent sign comes first: later it would escape
+// the escapes of the other characters.
 std::string HTTPSocket::_EncodeURLString(std::string text) {
     constexpr std::string_view Escaped = "%&=,/\\][{}`~-_()*^$#!+;<>\r\n";
     constexpr std::string_view Digits = "0123456789ABCDEF";

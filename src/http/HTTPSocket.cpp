@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Application.h"
 
@@ -78,7 +79,7 @@ void HTTPSocket::StartAndWait(const std::string& url, const std::string& method,
     WaitForPage();
 }
 
-// The arguments are taken by value: a retry hands in the very fields that are set here.
+// The arguments are passed by value because a retry passes the members that this function assigns.
 void HTTPSocket::_DoConnect(std::string url, std::string method, Ref<FolderItem> file) {
     mErrorCode = 0;
     _ParseURL(url);
@@ -101,6 +102,9 @@ bool HTTPSocket::_SetDownloadFile(Ref<FolderItem> file) {
     if (empty) empty->Close();
     _downloadStream = empty ? file->OpenAsBinaryFile() : nullptr;
     if (!_downloadStream) {
+        if (IsTracing())
+            TraceFailure("write the download to", file->AbsolutePath(),
+                         file->Directory() ? "it is a folder" : "it can't be opened for writing");
         SetError(FileNotWriteable);
         return false;
     }
@@ -121,12 +125,13 @@ void HTTPSocket::WaitForPage() {
     };
     const Alive alive(*this);
     const Ticks limit{std::int64_t{timeoutSeconds} * 60};
-    // This wipes a failure to write the download file too: the wait for it ends with the time-out.
+    // If the download file can't be written, no request was sent. This forgets that error, so the wait lasts
+    // until the time-out.
     _pageComplete = false;
     mErrorCode = 0;
     bool last_valid = false;
-    // Bytes need no counting, and move at least as often as characters do. A page that goes into a file
-    // leaves the buffer alone: its time runs from the connection on.
+    // In bytes: counting characters would need a pass over the page. A page that goes into a file leaves the
+    // buffer empty, so its time runs from the connection on.
     std::size_t last_length = 0;
     Ticks deadline = now() + limit;
     while (!_pageComplete && mErrorCode == 0) {
@@ -140,6 +145,7 @@ void HTTPSocket::WaitForPage() {
             deadline = now() + limit;
         }
         if (timeoutSeconds > 0 && deadline < now()) {
+            TraceFailure("get an answer from", _server, "the time-out has passed");
             Close();
             SetError(TimedOut);
             break;

@@ -15,96 +15,106 @@
 
 namespace varnith {
 
-// A small HTTP/1.0 client (RFC 1945): one request at a time over one plain connection, whose end is the end
-// of the page. It follows no redirect, decodes nothing and never compares the length received with the one
-// announced; each status but 401 is a page like any other. One object serves any number of requests; one
-// that is started during another drops that.
+// A small HTTP/1.0 client (RFC 1945). It makes one request at a time over a plain TCP connection. The end of
+// the connection is the end of the page. It follows no redirects, decodes no bodies, and doesn't compare the
+// length received with the length announced. Every status but 401 is a page like any other. One object can
+// make any number of requests; a new request drops the one under way.
 //
-// A URL is taken as it stands, with any scheme or none: host, maybe ":" and a port, and all from the first
-// "/" on as the path. Nothing in it is escaped.
+// A URL consists of an optional scheme, which is ignored, the host, an optional ":" and port, and the path
+// from the first "/" on. Nothing in it is escaped.
 //
-// A request either reports through the events below and returns at once, or, given a time-out in seconds,
-// waits and returns the result. The time-out limits how long nothing moves, not the whole; below 1 there is
-// no limit. What goes into a file does not count as moving, so there it limits the whole from the connection
-// on. While it waits, the program's threads run on, and with `Yield` the windows too.
+// A request without a time-out returns at once and reports through the events below. A request with a
+// time-out, in seconds, waits and returns the result. The time-out starts again when the connection is made
+// or ends and whenever the body grows; below 1 there is none. A body that goes into a file does not count as
+// growing, so a download has to be complete within the time-out after the connection is made. While a request
+// waits, the program's threads run, and if `Yield` is set the event loop too.
 class HTTPSocket : public TCPSocket, public _SOAPSocket {
   public:
     HTTPSocket();
 
-    // The headers of the next request, kept from request to request. Nil is made anew by the next use.
+    // The headers of the next request. They are kept for the requests after it. If this is nil, the next
+    // request or SetRequestHeader creates the default headers.
     Ref<InternetHeaders> requestHeaders;
-    // The port for a URL that gives none.
+    // The port if the URL gives none.
     std::int32_t DefaultPort = 80;
-    // The proxy to send requests to; none if the address is empty. Port 0 means DefaultPort.
+    // The proxy to send requests to. An empty address means no proxy, port 0 means DefaultPort.
     std::string HTTPProxyAddress;
     std::int32_t HTTPProxyPort = 0;
-    // Whether waiting runs the application's event loop.
+    // Whether a request with a time-out runs the application's event loop while it waits.
     bool Yield = false;
 
-    // The events. Each slot may be empty. All but AuthenticationRequired are withheld while a request is
-    // waited for, and from an object that nobody holds any more. An exception in a handler ends the handler.
+    // The events. Each slot may be empty. A request with a time-out raises AuthenticationRequired only. An
+    // object to which no Ref is left raises none. An exception that leaves a handler goes to the handler of
+    // unhandled exceptions (platform/base/Guard.h).
 
-    // The connection stands; the request goes out next.
+    // The connection is made. The request is sent after this event.
     std::function<void()> Connected;
-    // The head of the response has been parsed, with its status code. The block may be kept.
+    // The head of the response has arrived: its headers, which the handler may keep, and its status code.
     std::function<void(Ref<InternetHeaders>, std::int32_t)> HeadersReceived;
-    // A piece of the body: the bytes received so far, the length announced (0 for none), the piece. Comes at
-    // least once, maybe with an empty piece, behind each head.
+    // A piece of the body has arrived: the number of bytes of the body so far, the length announced (0 if
+    // none was), and the piece. Raised at least once after each head, with an empty piece if no body came
+    // along. Not raised by GetHeaders.
     std::function<void(std::int32_t, std::int32_t, const std::string&)> ReceiveProgress;
-    // The page has ended: its URL, status code, headers and body. Headers are nil and the status 0 if the
-    // connection ended without a byte. Does not come for GetHeaders.
+    // The page is complete: its URL, status code, headers and body. If the connection ended without a byte,
+    // the headers are nil and the status is 0. Not raised by GetHeaders.
     std::function<void(std::string, std::int32_t, Ref<InternetHeaders>, std::string)> PageReceived;
-    // The same for a page that went into a file, with the file, closed by then.
+    // The same for a page that went into a file. The file is closed.
     std::function<void(std::string, std::int32_t, Ref<InternetHeaders>, Ref<FolderItem>)> DownloadComplete;
-    // The request has failed, with its code; see ErrorCode.
+    // The request has failed, with the code that ErrorCode returns.
     std::function<void(std::int32_t)> Error;
-    // Status 401: fills in a name and a password and returns true to have the request sent again with them,
-    // as often as that is asked for. Given the headers.
+    // The server has answered with status 401 and these headers. To send the request again with a name and a
+    // password, the handler fills them in and returns true. There is no limit to the number of retries.
     std::function<bool(Ref<InternetHeaders>, std::string&, std::string&)> AuthenticationRequired;
 
-    // Start a request. The body goes into the file if one is given, which is emptied first.
+    // Start a request and return. If a file is given it is emptied, and the body goes into it; if it can't be
+    // written the request fails with FileNotWriteable. A nil file counts as none.
     void Get(const std::string& url);
     void Get(const std::string& url, const Ref<FolderItem>& file);
     void Post(const std::string& url);
     void Post(const std::string& url, const Ref<FolderItem>& file);
     void GetHeaders(const std::string& url);
 
-    // Make a request and wait for it. The result is the body, which after a failure may be that of the
-    // request before; whether ErrorCode is 0; or the headers, nil if none came.
+    // Make a request and wait until it has ended, failed or timed out. Without a file they return the body;
+    // after a failure that may be the body of an earlier request. With a file they return whether ErrorCode
+    // is 0; if the file can't be written they wait for the time-out. GetHeaders returns the headers, nil if
+    // none came.
     std::string Get(const std::string& url, std::int32_t timeout) override;
     std::string Post(const std::string& url, std::int32_t timeout) override;
     bool Get(const std::string& url, const Ref<FolderItem>& file, std::int32_t timeout);
     bool Post(const std::string& url, const Ref<FolderItem>& file, std::int32_t timeout);
     Ref<InternetHeaders> GetHeaders(const std::string& url, std::int32_t timeout);
 
-    // Sets a header of the next requests; an empty value removes all of the name.
+    // Sets a header of the next requests. An empty value removes all headers of that name.
     void SetRequestHeader(const std::string& name, const std::string& value);
-    // Removes all headers of the next requests, the two that are there from the start too.
+    // Removes all headers of the next requests, including the two default ones. Raises NilObjectException if
+    // requestHeaders is nil.
     void ClearRequestHeaders();
     Ref<InternetHeaders> GetRequestHeaders() const override { return requestHeaders; }
 
-    // The headers of the response; nil if it has none.
+    // The headers of the response, nil if it has none.
     Ref<InternetHeaders> PageHeaders() const;
-    // The status code of the response, 0 before its head has come.
+    // The status code of the response, 0 before its head has arrived.
     std::int32_t HTTPStatusCode() const { return _httpStatusCode; }
 
     static constexpr std::int32_t FileNotWriteable = 1;
     static constexpr std::int32_t TimedOut = -1;
-    // What went wrong: 0 for nothing, one of these two, or the socket's own code if the connection was not
-    // made and none had stood before. HTTP's own failures are no errors.
+    // The error of the last request: 0 for none, one of the two above, or a code of SocketCore if no
+    // connection was made. A status such as 404 is no error, nor is a connection that ends early. A request
+    // that drops a standing connection and can't make its own ends as an empty page, not with an error.
     std::int32_t ErrorCode() const override { return mErrorCode; }
-    // Stores the code and raises Error with it.
+    // Sets ErrorCode and raises Error with it.
     void SetError(std::int32_t code);
 
-    // Sets the body of the next posts and its type. Both stay until they are set again, or until a request
-    // that is no post clears them.
+    // Sets the body of the next POST requests and its media type. Both stay until they are set again. Any
+    // other request clears them.
     void SetPostContent(const std::string& content, const std::string& content_type) override;
-    // Sets them from a form; nil clears them.
+    // Sets the body and the type from a form's names and values. Nil clears them.
     virtual void SetFormData(const Ref<Dictionary<std::string>>& form);
-    // The form as a body or a query: "key=value" joined by "&", in the order of the map, both escaped.
+    // A form as a body or a query: "key=value" pairs joined by "&", in the order of the dictionary. Keys and
+    // values are escaped. Raises NilObjectException for nil.
     virtual std::string EncodeFormData(const Ref<Dictionary<std::string>>& form) const;
 
-    // Waits until the page has ended or failed. Part of the requests with a time-out.
+    // Waits until the request has ended, failed or timed out. The requests with a time-out call it.
     void WaitForPage();
 
   protected:
@@ -114,8 +124,8 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
 
   private:
     struct HeadEnd {
-        std::size_t head;  // bytes of the head, without the end of its last line
-        std::size_t gap;   // bytes of the two line ends behind it
+        std::size_t head;  // bytes of the head, without its last line end
+        std::size_t gap;   // bytes of the two line ends after it
     };
 
     void Start(const std::string& url, const std::string& method, const Ref<FolderItem>& file);
@@ -166,7 +176,8 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     bool threadProtection = false;
     // NOLINTEND(readability-identifier-naming)
 
-    // The unread bytes in which no end of the head was found, so that they are not searched again.
+    // The number of unread bytes that were searched for the end of the head without success. They are not
+    // searched again.
     std::size_t searched_length_ = 0;
 };
 

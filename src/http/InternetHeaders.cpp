@@ -14,7 +14,8 @@ constexpr auto LineEnd = "\r\n";
 std::string Folded(std::string line) {
     constexpr std::size_t MostCharacters = 78;
     std::size_t start = 0;
-    // The blank behind the name is no place to fold at: the line in front of it would hold the name alone.
+    // The search for a fold starts after the blank that follows the name. A fold at that blank would leave a
+    // line with nothing but the name.
     std::size_t first_place = line.find(": ") + 2;
     while (line.size() - start > MostCharacters) {
         std::size_t place = line.rfind(' ', start + MostCharacters);

@@ -8,70 +8,71 @@
 
 namespace varnith {
 
-// The headers of a message (RFC 1945, section 4.2), each with its name as it was spelled; names compare
-// without case. A name may occur more than once: its occurrences count from 0. Indices count from 0 as well,
-// in the order of the map: as the headers came, but those renumbered by a change stand last.
+// The headers of a message (RFC 1945, section 4.2). A name keeps its spelling and is compared without regard
+// to case. A name may occur more than once; its occurrences are numbered from 0. Indices run over all
+// headers, from 0, in the order in which the headers were added. A header that Delete renumbers moves to the
+// end.
 //
-// The map holds the first header of a name under the name itself, and each further one under the name, ":"
-// and its number. As long as headers come from AppendHeader the numbers run without a gap; Delete closes the
-// gap that it makes. NameCount ends at a gap.
+// The dictionary holds the first header of a name under the name, and each further one under the name, ":"
+// and its number. AppendHeader and Delete leave no gap in the numbers of a name. NameCount stops at a gap.
 class InternetHeaders : public RefCounted {
   public:
     InternetHeaders();
 
-    // The number of headers, each occurrence counted.
+    // The number of headers. Each occurrence of a name counts.
     virtual std::int32_t Count() const;
 
-    // The name at an index. Raises OutOfBoundsException where there is none, unlike Value.
+    // The name of the header at an index. Raises OutOfBoundsException if there is none; Value returns an
+    // empty text for an index that is too great.
     virtual std::string Name(std::int32_t index) const;
 
     // The number of headers of that name.
     virtual std::int32_t NameCount(const std::string& name) const;
 
-    // The text that was parsed last, whatever has changed since; without one, the block as on the wire.
+    // The text that was parsed last, even if the headers have changed since. If none was, the result of
+    // _FormatHTTPHeaders.
     virtual std::string Source() const;
 
-    // The value of the first header of a name, or of an occurrence of it, the first for a number below 1.
-    // Empty if there is none.
+    // The value of the first header of a name, or of the occurrence with a number. A number below 0 counts
+    // as 0. Empty if there is no such header.
     virtual std::string Value(const std::string& name) const;
     virtual std::string Value(const std::string& name, std::int32_t number) const;
 
-    // Replaces the block by the headers of a text. Lines end in one way, that of _DetermineEOLCharacter. A
-    // line without ":" is skipped, and one that begins with a blank or a tab continues the line before it.
+    // Replaces all headers with those of a text, whose lines end as _DetermineEOLCharacter says. A line that
+    // begins with a blank or a tab continues the line before it. A line without ":" is skipped.
     virtual void _ParseHeaders(const std::string& text);
 
-    // Adds a header, behind those of its name.
+    // Adds a header as the last occurrence of its name.
     virtual void AppendHeader(const std::string& name, const std::string& value);
 
     // Makes this the only header of its name.
     virtual void SetHeader(const std::string& name, const std::string& value);
 
-    // Removes the headers of a name, or one occurrence: those behind it move up.
+    // Removes all headers of a name, or the occurrence with a number; the later ones are renumbered. Nothing
+    // happens if there is no such header.
     virtual void Delete(const std::string& name);
     virtual void Delete(const std::string& name, std::int32_t number);
 
-    // The values of a name, joined by ", ".
+    // All values of a name, joined by ", ".
     virtual std::string CommaSeparatedValues(const std::string& name) const;
 
-    // The value at an index; empty past the last one.
+    // The value of the header at an index. Empty from Count() on; raises OutOfBoundsException below 0.
     virtual std::string Value(std::int32_t index) const;
 
-    // The line ending of a text: carriage return and line feed if they occur together anywhere, else line
-    // feed or carriage return, whichever occurs, in this order. Without any it is the pair.
+    // The line ending of a text: the first of CRLF, LF and CR that occurs anywhere in it, CRLF if none does.
     virtual std::string _DetermineEOLCharacter(const std::string& text) const;
 
-    // Sets the value of an occurrence of a name, and adds it under that number if there is none. The caller
-    // sees to it that this leaves no gap.
+    // Sets the value of the occurrence with a number. If there is none, adds it under that number.
+    // REQUIRES: number is at most NameCount(name), so that no gap arises.
     virtual void SetHeader(const std::string& name, const std::string& value, std::int32_t number);
 
     virtual void DeleteAllHeaders();
 
-    // The block for the wire: lines "Name: value" with carriage return and line feed between them, none at
-    // the end.
+    // The headers for HTTP: lines "Name: value", separated by CRLF, without one at the end.
     virtual std::string _FormatHTTPHeaders() const;
 
-    // The block in the form of mail headers (RFC 5322, sections 2.1.1 and 2.2.3): the same lines, but one
-    // with over 78 characters is folded in front of a blank where it has one. Bytes stay as they are.
+    // The headers for mail (RFC 5322, sections 2.1.1 and 2.2.3): the same lines, but one of more than 78
+    // bytes is folded before a blank, if there is one in its value. Nothing is encoded.
     virtual std::string _FormatEmailHeaders() const;
 
   private:
@@ -84,8 +85,8 @@ class InternetHeaders : public RefCounted {
     Ref<Dictionary<std::string>> _Headers;
     std::string _rawHeaders;
     // NOLINTEND(readability-identifier-naming)
-    // By name: numbers up to this one are known to be taken. It spares AppendHeader the search from 1, which
-    // a head with a great many headers of one name would make long.
+    // For each name, the greatest number that is known to be taken. From there AppendHeader looks for a free
+    // one. A search from 1 would take quadratic time for a head that repeats one name.
     Dictionary<std::int32_t> taken_;
 };
 

@@ -27,7 +27,7 @@ void HTTPSocket::_SendRequest(const std::string& method) {
     if (!HTTPProxyAddress.empty()) _path = _processingURL;
     const std::string request = method + " " + _path + " HTTP/1.0\r\n" +
                                 requestHeaders->_FormatHTTPHeaders() + "\r\n\r\n" + _postContent;
-    // Credentials are for one request only.
+    // The credentials are for this request only.
     if (!_authenticationKey.empty()) {
         requestHeaders->Delete("Authorization");
         _authenticationKey.clear();

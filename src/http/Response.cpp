@@ -5,6 +5,7 @@
 #include "platform/base/Base64.h"
 #include "platform/base/Event.h"
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 
 namespace varnith {
 
@@ -44,21 +45,28 @@ void HTTPSocket::Event_DataAvailable() {
     _HandleNewData();
 }
 
-// The end of a connection that stood is the end of the page. But bytes that are unread at this moment, as
-// those of a head that never ended, are only taken in, and such a page stays unfinished for good. The mark
-// of a standing connection outlives a new Connect, so a request made over one that stood and that can't
-// connect ends as an empty page, not as a failure: its users hear of one end in either case.
+// A close ends the page. Unread bytes of an unfinished head never become a page: only a time-out ends such a
+// request.
+//
+// _connectionValid stays set when a new request drops a standing connection. So if the new request can't
+// connect, it ends as an empty page and not with an error.
 void HTTPSocket::Event_Error() {
-    if (!std::exchange(_connectionValid, false))
+    if (!std::exchange(_connectionValid, false)) {
         SetError(LastErrorCode());
-    else if (Lookahead().empty())
+    } else if (Lookahead().empty()) {
         _ProcessPage();
-    else
+    } else {
+        // _ProcessData completes the page of a 401.
+        if (_httpStatusCode != 401)
+            TraceFailure("complete the page of", _server,
+                         _pageHeaders ? "the connection ended before all of it was read"
+                                      : "the connection ended within the head");
         _HandleNewData();
+    }
 }
 
 void HTTPSocket::_HandleNewData() {
-    // A handler further down runs the event loop; the bytes wait for the next time.
+    // True while a handler that this function has called runs the event loop. That call reads the bytes.
     if (threadProtection) return;
     threadProtection = true;
     struct Unprotect {
@@ -72,9 +80,7 @@ void HTTPSocket::_HandleNewData() {
         HandleHead(*end);
 }
 
-// Two line ends in a row, sought first with the line end that the unread bytes have, then with each of the
-// others. As the bytes count as ending their lines in pairs if there is one anywhere, and in line feeds if
-// there is one of those, that comes to this order.
+// Finds the blank line that ends the head: tries CRLF CRLF, LF LF, CR CR, in that order.
 std::optional<HTTPSocket::HeadEnd> HTTPSocket::FindHeadEnd() {
     const std::string& unread = Lookahead();
     constexpr std::size_t LongestGap = 4;
@@ -112,13 +118,13 @@ void HTTPSocket::_ProcessData(const std::string& data) {
     _currentLength = WholeNumber(static_cast<double>(_currentLength) + static_cast<double>(data.size()));
     if (_downloadStream) {
         _downloadStream->Write(data);
-        // What has come is on disk, whatever becomes of the rest.
+        // What has arrived is to be on disk even if the rest never comes.
         _downloadStream->Flush();
     } else {
         _pageBuffer += data;
     }
     Raise(ReceiveProgress, _currentLength, _totalLength, data);
-    // A refusal whose connection ended while a handler ran the event loop has no further event to end it.
+    // If the connection of a 401 ended while a handler ran the event loop, no further event ends the page.
     if (_httpStatusCode == 401 && !IsConnected()) _ProcessPage();
 }
 
@@ -139,8 +145,7 @@ bool HTTPSocket::_SetAuthentication() {
     std::string password;
     const std::string asker = _processingURL;
     const bool again = !IsLetGo() && RunSlot(nullptr, AuthenticationRequired, _pageHeaders, name, password);
-    // Not for whom the handler has meanwhile started another request to. In one line, however long they are:
-    // a line break would end the header in its middle.
+    // If the handler has started another request, the server of that one must not get these credentials.
     if (again && _processingURL == asker) _authenticationKey = "Basic " + EncodeBase64(name + ":" + password);
     return again;
 }

@@ -8,8 +8,8 @@
 
 namespace varnith {
 
-// What a caller of services over HTTP needs of a client: to post content, to wait for the answer, and to
-// learn what went wrong.
+// What a caller of a web service needs of an HTTP client: it posts content, waits for the answer and learns
+// of errors. HTTPSocket implements it and describes each operation.
 class _SOAPSocket {
   public:
     virtual ~_SOAPSocket() = default;

@@ -7,8 +7,8 @@
 
 namespace varnith {
 
-// The values by name of the inputs in the first form of a page. It reads the page as plain text: a name or a
-// value ends at the first blank, in quotation marks or not.
+// Returns the names and values of the inputs in the first form of a page, never nil. It searches the page as
+// plain text and does not parse HTML: a name or a value ends at the first blank, even within quotation marks.
 Ref<Dictionary<std::string>> FormInputs(const std::string& html);
 
 }  // namespace varnith

@@ -20,7 +20,6 @@ constexpr const char* AddressPattern =
     R"([a-z0-9!#$%&'*+/=?^_`{|}~-]+(?:\.[a-z0-9!#$%&'*+/=?^_`{|}~-]+)*@)"
     R"((?:[a-z0-9](?:[a-z0-9-]*[a-z0-9])?\.)+[a-z0-9](?:[a-z0-9-]*[a-z0-9])?)";
 
-// Rounded to a whole number.
 std::string InMegabytes(double bytes) {
     return Str(std::llrint(bytes / 1024 / 1024)) + " MB";
 }
@@ -87,8 +86,8 @@ void SupportWindow::Event_Open() {
     const Application& application = Application::Current();
     const auto add_line = [this](const std::string& line) { kDetails += line + "\r"; };
     CentreOnScreen();
-    // No blank in this line, and two of the version's numbers in the next: the block's form is fixed, since
-    // those who read the tickets go by it.
+    // The people who read the tickets know this block, so its form is fixed: no blank after "App Name:", and
+    // two of the version's three numbers.
     add_line("App Name:Varnith");
     add_line("Version: " + Str(application.MajorVersion()) + "." + Str(application.MinorVersion()));
     add_line("OS Version: " + SystemInformationMBS::OSVersionString());

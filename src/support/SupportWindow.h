@@ -13,17 +13,18 @@
 
 namespace varnith {
 
-// The form in which the user writes to the maker: address, name, topic and text. It goes out as a ticket,
-// with a block of details about the system. Closing the window drops all that it holds.
+// The form for messages to the program's maker: e-mail address, name, topic and text. It sends them to the
+// support server as a ticket, together with a block of details about the system. Closing the window discards
+// what was entered.
 class SupportWindow : public SingleWindow<SupportWindow> {
   public:
     SupportWindow();
 
-    // What is told of the program and the system, a line each with a carriage return at its end. Composed
-    // when the window opens, never shown, sent with the ticket.
+    // The details about the program and the system, in lines that end with a carriage return. Event_Open
+    // collects them. They are sent with the ticket and never shown.
     std::string kDetails;
 
-    // How long the server may stay silent before the window waits for it no more, in seconds.
+    // How long the window waits for a server that sends nothing, in seconds. Below 1 there is no limit.
     std::int32_t Patience = 30;
 
     StaticText StaticText3;
@@ -41,23 +42,24 @@ class SupportWindow : public SingleWindow<SupportWindow> {
 
     void Event_Open() override;
     bool Event_KeyDown(const std::string& key) override;
-    // Enables "Send" while the three fields hold text. As nothing else does, the button may be a second late:
-    // whoever presses it within that second sends a ticket without what was just deleted.
+    // Enables "Send" if the three fields hold text, else disables it. It runs once a second and nothing else
+    // does this, so "Send" stays enabled for up to a second after a field has been emptied.
     void Timer1_Action();
-    // "Send": refuses a text without an e-mail address in it, then tests the network by a look-up of a name,
-    // which asks nothing of the support server, then sends.
+    // "Send": tells the user if the address field holds no e-mail address or if there is no network, else
+    // sends the ticket. It looks up the name of a public host to test the network; that does not involve the
+    // support server.
     void PushButton1_Action();
     // "Close".
     void PushButton2_Action();
-    // Pastes, and has then taken the key.
+    // Pastes the clipboard's text for Command-V or Control-V. Returns whether it has handled the key.
     bool EditField3_KeyDown(const std::string& key);
 
-    // Sends the ticket, waits until the server has answered or the patience is at its end, and closes the
-    // window. The user is told that it was sent whatever came of it. The argument is not used.
+    // Sends the ticket, waits for the answer, at most as long as Patience says, and closes the window. The
+    // user is told that the ticket was sent even if that failed. The argument is not used.
     void senddata(const std::string& unused);
 
-    // Reads the inputs of a form into a map of its own, which it keeps to itself; see FormInputs. Nothing in
-    // the program calls it: it is part of the window's interface.
+    // Calls FormInputs and discards the result. Nothing in the program calls it; it is part of the window's
+    // interface.
     void parseform(const std::string& html);
 
   private:

@@ -1,6 +1,7 @@
 #include "update/AutoUpdateWindow.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/ui/Dialogs.h"
 #include "update/UpdateUtilities.h"
@@ -58,7 +59,7 @@ void AutoUpdateWindow::CreateDownloader() {
 
 void AutoUpdateWindow::Init(const std::string& url) {
     downloadURL = url;
-    // Two blanks, and no name where one is expected: users and support know the sentence so.
+    // The missing name and the two blanks look like slips. Users and support know the sentence, so leave it.
     DetailDisplay.SetText(
         "There is a newer version of available for download.  Press the Update button to begin.");
     ActionBtn.SetCaption("Update");
@@ -71,25 +72,29 @@ void AutoUpdateWindow::ActionBtn_Action() {
     if (file) {
         is_whole_ = false;
         Downloader->Get(downloadURL, file);
-    } else if (!downloadURL.empty()) {
-        ReportFailure();
+        return;
     }
+    TraceFailure("download the update", downloadURL,
+                 folder ? "the address names no file" : "there is no safe temporary folder");
+    if (!downloadURL.empty()) ReportFailure();
 }
 
 void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
                                                   const std::string& /*data*/) {
     is_whole_ = received >= total;
-    // A server that names no length leaves the bar empty.
+    // The bar stays empty if the server announces no length.
     ProgressBar1.SetValue(total == 0 ? 0 : WholeNumber(static_cast<double>(received) / total * 100));
 }
 
 void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, std::int32_t /*status*/,
                                                    const Ref<InternetHeaders>& /*headers*/,
                                                    const Ref<FolderItem>& file) {
-    // The client takes the break of a connection for the end of the page, a broken archive for an
-    // application.
-    if (!is_whole_) return;
-    // Whatever the status says: what came is an archive that can be unpacked, or it isn't.
+    // HTTPSocket reports a download that broke off as complete. Part of an archive must not be installed.
+    if (!is_whole_) {
+        TraceFailure("download the update", downloadURL, "the connection ended too early");
+        return;
+    }
+    // The status is ignored: what matters is whether the file contains something to install.
     if (!UpdateUtilities::SwapFiles(file)) ReportFailure();
 }
 

@@ -13,9 +13,9 @@
 
 namespace varnith {
 
-// The offer of a newer version. Its one button downloads and installs it; pressed again, it starts anew. A
-// download that breaks off is not installed: the bar stops without a word. The window can't be closed: once
-// it is open, the way on is the update, or to quit the program.
+// The window that offers a newer version. Its one button downloads and installs the version; pressed during a
+// download, it starts the download again. A download that breaks off is not installed, and the progress bar
+// just stops. The user can't close the window, only update or quit the program.
 class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
   public:
     AutoUpdateWindow();
@@ -28,8 +28,7 @@ class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
     PushButton ActionBtn;
     Ref<HTTPSocket> Downloader;
 
-    // Makes the offer, with the address of the download. It names the file by what stands behind its last
-    // "/".
+    // Shows the offer. The URL is that of the download; what follows its last "/" is the name of the file.
     void Init(const std::string& url);
 
     void ActionBtn_Action();
@@ -43,7 +42,8 @@ class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
     void CreateDownloader();
     static void ReportFailure();
 
-    // Whether the download has come as far as the server has announced, if it has announced anything.
+    // Whether as many bytes have arrived as the server announced. True from the first piece on if it
+    // announced no length.
     bool is_whole_ = false;
 };
 

@@ -15,7 +15,7 @@ void UpdateUtilities::Check(bool force) {
     checker = MakeRef<UpdateChecker>();
     if (!force && !checker->TimeToCheck(last_check)) return;
     checker->CheckNow("http://" + BuildSettings::UpdateServer + "/updates/VRNTH.txt");
-    // Noted down at once: a check that fails counts as made.
+    // Stored without waiting for the answer: a check that fails counts too.
     Prefs::SetValue("lastupdatecheck", true, Date().SQLDate());
 }
 

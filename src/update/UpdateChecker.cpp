@@ -1,6 +1,7 @@
 #include "update/UpdateChecker.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Application.h"
 #include "update/AutoUpdateWindow.h"
@@ -9,11 +10,11 @@ namespace varnith {
 
 namespace {
 
-// The days between two checks. With none the check runs at every start, and the program is never long behind.
+// The days between two checks; with 0 the program checks at every start.
 constexpr std::int32_t CheckInterval = 0;
 
-// The parts overlap, and releases are numbered by that: 1.10.0 and 2.0.0 are the same version, 2000. What is
-// too great for 32 bits is the greatest number.
+// The parts overlap: 1.10.0 and 2.0.0 are the same number, 2000. Releases are numbered with that in mind. A
+// number that doesn't fit becomes the greatest one.
 std::int32_t VersionNumber(double major, double minor, double bug) {
     return WholeNumber(major * 1000 + minor * 100 + bug);
 }
@@ -33,6 +34,9 @@ std::int32_t RunningNumber() {
 UpdateChecker::UpdateChecker() {
     PageReceived = [this](const std::string& url, std::int32_t status, const Ref<InternetHeaders>& headers,
                           const std::string& content) { Event_PageReceived(url, status, headers, content); };
+    Error = [this](std::int32_t /*code*/) {
+        TraceFailure("check for a newer version on", Address, "the update server can't be reached");
+    };
 }
 
 void UpdateChecker::CheckNow(const std::string& url) {
@@ -68,9 +72,10 @@ Ref<Dictionary<std::string>> UpdateChecker::ParseDataFile(const std::string& con
 }
 
 void UpdateChecker::CheckVersion(const Ref<Dictionary<std::string>>& data) {
-    if (!data || !data->HasKey("version")) return;
+    if (!data || !data->HasKey("version"))
+        return TraceFailure("check for a newer version on", Address, "the answer names no version");
     if (NumberOf(data->Value("version")) <= RunningNumber()) return;
-    // Read, so that the file may have it, but every newer version is offered, whatever its date.
+    // The date is read but has no effect: every newer version is offered.
     Date build_date;
     build_date.SetSQLDate(data->Lookup("build-date", build_date.SQLDate()));
     const std::string url = data->Lookup("download-mac", "");

@@ -1,6 +1,7 @@
 #include "update/UpdateUtilities.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/Trace.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/system/ApplicationLaunch.h"
 #include "platform/system/Shell.h"
@@ -11,8 +12,8 @@ namespace varnith {
 
 namespace {
 
-// Ten launches, without a pause or a look at what came of them: those that find the new application running
-// bring it to the front, so that it is what the user sees when the old one goes.
+// The first launch starts the application. Each later one brings its windows to the front, so that the user
+// sees the new application when the old one quits.
 void LaunchTenTimes(const Ref<FolderItem>& application) {
     for (int i = 0; i < 10; ++i) {
         LaunchApplication(application, true);
@@ -28,12 +29,16 @@ Ref<FolderItem> UpdateUtilities::GetExecutableFile() {
 }
 
 bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
-    if (!download || !download->Exists()) return false;
+    if (!download || !download->Exists()) {
+        if (download && IsTracing())
+            TraceFailure("install the update", download->AbsolutePath(), "there is no such file");
+        return false;
+    }
     const auto application = GetExecutableFile();
     const std::string name = application->Name();
     const auto temporary_folder = TemporaryFolder();
-    // Nothing is to be unpacked where the application lies, unless that is the temporary folder itself. Some
-    // disks spell a path in more than one way.
+    // An archive must not be unpacked in the folder of the application, unless that is the temporary folder.
+    // Some file systems ignore case, so this comparison does too.
     if (SameText(download->Parent()->ShellPath(), application->Parent()->ShellPath())) {
         const auto elsewhere = temporary_folder->Child(download->Name());
         download->MoveFileTo(elsewhere);
@@ -42,7 +47,7 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
     const auto extracted = ExtractArchive(download);
     if (!extracted) return false;
 
-    // From here on nothing is tested and nothing rolled back: each step is tried, and the program quits.
+    // From here on no step is checked and none is undone. The program quits whatever happens.
     const auto new_application = GetFolderItem("")->Child("n-" + name);
     extracted->MoveFileTo(new_application);
     application->MoveFileTo(temporary_folder->Child("o-" + name));
@@ -55,7 +60,7 @@ bool UpdateUtilities::SwapFiles(Ref<FolderItem> download) {
 Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download) {
     const std::string& name = download->Name();
     if (InStr(name, ".tar") == 0) {
-        // The application itself. It has to run, and the server has sent its bytes and not its mode.
+        // This is the application itself. It has to be executable, and HTTP transfers no file mode.
         download->SetPermissions(0755);
         return download;
     }
@@ -63,9 +68,16 @@ Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download)
     Shell shell;
     shell.Execute((InStr(name, ".gz") > 0 ? "tar -xzvf " : "tar -xvf ") + download->ShellPath() + " -C " +
                   folder->ShellPath());
-    // Whether tar was content does not count: what it has listed first is there, or it isn't.
+    // tar lists what it unpacks, so the first line begins with the name of the application's folder. tar's
+    // exit status doesn't matter: that folder exists or it doesn't.
     const auto extracted = folder->Child(NthField(shell.Result(), "/", 1));
-    if (!extracted || !extracted->Exists()) return nullptr;
+    if (!extracted || !extracted->Exists()) {
+        if (IsTracing())
+            TraceFailure(
+                "unpack the update", download->AbsolutePath(),
+                "there is nothing to install in it; tar says \"" + Mid(shell.Result(), 1, 200) + "\"");
+        return nullptr;
+    }
     DeleteFileOrFolder(download);
     return extracted;
 }
@@ -73,7 +85,7 @@ Ref<FolderItem> UpdateUtilities::ExtractArchive(const Ref<FolderItem>& download)
 void UpdateUtilities::DeleteFileOrFolder(const Ref<FolderItem>& item) {
     if (!item || !item->Exists()) return;
     if (item->Directory()) {
-        // An entry that can't be deleted stays the first, so the passes have to have a limit.
+        // An entry that can't be deleted stays the first one, so the loop needs a limit.
         const std::int32_t limit = item->Count() * 2;
         for (std::int32_t passes = 0; item->Count() > 0 && passes < limit; ++passes) {
             DeleteFileOrFolder(item->TrueItem(1));
@@ -88,7 +100,7 @@ void UpdateUtilities::Cleanup() {
     const auto old = folder ? folder->Child("o-" + GetExecutableFile()->Name()) : nullptr;
     if (!old || !old->Exists()) return;
     DeleteFileOrFolder(old);
-    folder->Delete();  // which a folder that still holds something is spared
+    folder->Delete();  // has no effect unless it is empty
 }
 
 }  // namespace varnith

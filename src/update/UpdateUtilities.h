@@ -7,37 +7,40 @@ namespace varnith {
 
 class UpdateChecker;
 
-// How the program keeps itself current. At each start it asks the update server for the newest version; the
-// user may have it downloaded; then it takes the place of the running one. The running application is never
-// overwritten: it moves to the temporary folder, named "o-" and its name, and runs on from there until it
-// quits. The new one comes in beside it, named "n-" and its name, and takes over the name that has become
-// free.
+// How the program updates itself. At each start it asks the update server for the newest version. If the user
+// accepts, it downloads that version and puts it in the place of the running one.
+//
+// The running application is never overwritten. The new one moves beside it under the name "n-" + its name.
+// Then the running one moves to the temporary folder as "o-" + its name and runs on from there until it
+// quits. Last, the new one is renamed to the name that is free now.
 class UpdateUtilities {
   public:
-    // The check whose answer is awaited or has come, nil before the first. Holding it keeps it alive.
+    // The latest check, nil before the first. This Ref keeps it alive until its answer has arrived.
     static Ref<UpdateChecker> checker;
 
-    // Starts a check if one is due by the time of the last one, or anyhow if forced to, and notes down today
-    // as that time. Returns at once; what comes of it is up to UpdateChecker.
+    // Starts a check if one is due or `force` is true, and stores today as the day of the last check. Does
+    // not wait for the answer, which UpdateChecker handles.
     static void Check(bool force);
 
-    // The application as a whole: the bundle that the running executable lies in, else the executable.
+    // The application: the bundle that contains the running executable, else the executable itself.
     static Ref<FolderItem> GetExecutableFile();
 
-    // Puts a download in the place of the application, starts it and quits. False if the download is missing
-    // or holds nothing to install; then the application is as it was. Failures later than that are not
-    // noticed: the program quits all the same.
+    // Puts a download in the place of the application, starts it and quits. Returns false if the download is
+    // nil, doesn't exist or contains nothing to install; the application is unchanged then. Later failures
+    // are not noticed, and the program quits all the same. Raises NilObjectException if there is no temporary
+    // folder.
     static bool SwapFiles(Ref<FolderItem> download);
 
-    // Unpacks a tar archive beside itself and deletes it. Returns what it holds, nil if that is nothing; then
-    // the archive stays. A file without ".tar" in its name counts as the application itself: it gets the mode
-    // 0755, because it has to run and a server sends no mode.
+    // Unpacks a tar archive into the folder that contains it, and deletes the archive. Returns the unpacked
+    // item. If there is none, returns nil and leaves the archive. A file without ".tar" in its name is taken
+    // for the application itself: it gets mode 0755 and is returned.
     static Ref<FolderItem> ExtractArchive(const Ref<FolderItem>& download);
 
-    // Deletes a file, or a folder with all that it holds, as far as that can be done. Nil is nothing.
+    // Deletes a file, or a folder with all its contents, as far as possible. Nothing happens for nil.
     static void DeleteFileOrFolder(const Ref<FolderItem>& item);
 
-    // Deletes what the last update has left behind, and the temporary folder if it is empty then.
+    // Deletes the old application that the last update moved to the temporary folder, and then that folder if
+    // it is empty.
     static void Cleanup();
 };
 

@@ -5,7 +5,7 @@
 
 namespace varnith {
 
-// The bytes in Base64 form with padding, all in one line (RFC 4648, section 4).
+// Encodes bytes in Base64 with padding (RFC 4648, section 4), without line breaks.
 std::string EncodeBase64(std::string_view bytes);
 
 }  // namespace varnith

@@ -10,15 +10,15 @@ namespace varnith {
 Character FirstCharacter(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     if (lead < 0x80) return {lead, 1, true};
-    // What is no character, whole and in its shortest form, is told by one of the two greatest numbers.
+    // GLib returns (gunichar)-1 or (gunichar)-2 for invalid, overlong or incomplete sequences.
     const gunichar code = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
     if (code >= static_cast<gunichar>(-2)) return {lead, 1, false};
     return {static_cast<std::int32_t>(code), static_cast<std::size_t>(g_unichar_to_utf8(code, nullptr)),
             true};
 }
 
-// GLib lowers the capital I with a dot to a plain i, which is its small letter in Turkish only: elsewhere the
-// two are different letters (https://www.unicode.org/Public/UNIDATA/CaseFolding.txt, status T).
+// GLib maps the capital I with a dot to "i". That holds in Turkic languages only; elsewhere the two are
+// different letters (https://www.unicode.org/Public/UNIDATA/CaseFolding.txt, status T).
 std::int32_t FoldedCode(const Character& character) {
     constexpr std::int32_t CapitalDottedI = 0x130;
     if (character.code == CapitalDottedI) return character.code;

@@ -6,8 +6,9 @@
 
 namespace varnith {
 
-// The time since some fixed moment, in steps of some milliseconds, for a few nanoseconds: for what is asked
-// at each pass of a loop that runs a million times.
+// A monotonic time with a resolution of a few milliseconds (clock_gettime(2), CLOCK_MONOTONIC_COARSE). It is
+// cheaper than std::chrono::steady_clock because it doesn't read the hardware's counter. Meant for loops that
+// ask for the time at each of a great many passes.
 inline std::chrono::nanoseconds CoarseNow() {
     timespec now;
     clock_gettime(CLOCK_MONOTONIC_COARSE, &now);

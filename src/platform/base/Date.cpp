@@ -8,13 +8,13 @@ namespace varnith {
 
 namespace {
 
-// Whether daylight saving time is in force then is the time zone's to say.
+// tm_isdst = -1 makes mktime find out whether daylight saving time applies.
 std::time_t FromFields(std::tm fields) {
     fields.tm_isdst = -1;
     return std::mktime(&fields);
 }
 
-// The number at a place of a text, -1 where anything but digits stands.
+// The number in `count` characters of a text, -1 if they are not all digits.
 int Digits(const std::string& text, std::size_t start, std::size_t count) {
     int number = 0;
     for (const char c : text.substr(start, count)) {
@@ -65,7 +65,8 @@ std::int32_t Date::Day() const {
 
 void Date::SetDay(std::int32_t day) {
     std::tm fields = Fields();
-    // In the hour that the end of daylight saving time repeats, the fields alone would not lead back here.
+    // The end of daylight saving time repeats an hour. In that hour the same fields stand for two times, so a
+    // conversion there and back could change the time.
     if (fields.tm_mday == day) return;
     fields.tm_mday = day;
     time_ = FromFields(fields);

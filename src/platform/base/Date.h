@@ -8,24 +8,25 @@
 
 namespace varnith {
 
-// A moment in the user's time zone, to the second.
+// A date and time in the user's time zone, to the second.
 class Date : public RefCounted {
   public:
-    // Now.
+    // The current date and time.
     Date();
 
-    // The day as year, month and day with hyphens, as in 2008-06-24.
+    // The date in the form YYYY-MM-DD.
     std::string SQLDate() const;
 
-    // Sets the beginning of the day that is given so. A text that names no day in just this form leaves the
-    // date as it is.
+    // Sets the date, given in the form YYYY-MM-DD, and the time to midnight. Nothing changes if the text has
+    // another form or names a day that doesn't exist.
     void SetSQLDate(const std::string& text);
 
-    // The day of the month, from 1. A day outside of the month counts on into its neighbours.
+    // The day of the month, from 1. Setting a day outside of the month gives a day of another month: 0 is the
+    // last day of the month before.
     std::int32_t Day() const;
     void SetDay(std::int32_t day);
 
-    // The seconds from a fixed moment, the same for all dates.
+    // The seconds since the epoch of the system's clock (time(2)).
     double TotalSeconds() const { return static_cast<double>(time_); }
 
   private:

@@ -12,8 +12,8 @@
 
 namespace varnith {
 
-// A map with text keys that compare without regard to case. A key keeps the spelling that came first, and
-// the entries stand in the order in which their keys came.
+// A map with text keys that compare without regard to case. It keeps the spelling with which a key was first
+// added, and the order in which the keys were added.
 template <class T>
 class Dictionary : public RefCounted {
   public:
@@ -21,7 +21,7 @@ class Dictionary : public RefCounted {
 
     bool HasKey(const std::string& key) const { return places_.contains(FoldCase(key)); }
 
-    // The key at a place, from 0. Raises OutOfBoundsException where there is none.
+    // The key at an index, from 0. Raises OutOfBoundsException if there is none.
     const std::string& Key(std::int32_t index) const {
         if (index < 0 || index >= Count()) throw OutOfBoundsException();
         return entries_[static_cast<std::size_t>(index)].first;
@@ -34,10 +34,10 @@ class Dictionary : public RefCounted {
         return entries_[place->second].second;
     }
 
-    // The value of a key, or the given one if the key is missing.
+    // The value of a key, or `missing` if the key is missing.
     T Lookup(const std::string& key, T missing) const { return HasKey(key) ? Value(key) : missing; }
 
-    // Adds the key or overwrites its value.
+    // Adds a key with a value, or replaces the value of the key that exists.
     void SetValue(const std::string& key, T value) {
         const auto [place, added] = places_.try_emplace(FoldCase(key), entries_.size());
         if (added)
@@ -46,7 +46,8 @@ class Dictionary : public RefCounted {
             entries_[place->second].second = std::move(value);
     }
 
-    // Removes the key with its value. Raises KeyNotFoundException if the key is missing.
+    // Removes a key and its value. Takes time in proportion to the number of keys. Raises
+    // KeyNotFoundException if the key is missing.
     void Remove(const std::string& key) {
         const auto place = places_.find(FoldCase(key));
         if (place == places_.end()) throw KeyNotFoundException();

@@ -8,9 +8,9 @@
 
 namespace varnith {
 
-// Runs the slot of an event, if there is one, inside the guard of event handlers. The slot may drop its
-// owner, which lives until it has ended, and may put another slot in its own place. The owner may be null.
-// Returns what the slot does; without one, or when an exception leaves it, the plain value of the type.
+// Calls the handler in the slot of an event, within Guarded. Returns the handler's result, or Result() if the
+// slot is empty or an exception leaves the handler. The handler may release its owner and may assign to its
+// own slot: both the owner and the handler live until the call has ended. The owner may be null.
 template <class Result, class... Parameters, class... Arguments>
 Result RunSlot(RefCounted* owner, const std::function<Result(Parameters...)>& slot,
                Arguments&&... arguments) {

@@ -4,26 +4,27 @@
 
 namespace varnith {
 
-// The failures that the platform raises. They carry no text: the program tells them apart by class, and
-// its handler of unhandled exceptions decides by class what becomes of them. Those without a comment are
-// raised by nothing on Linux. The handler knows them, so code that comes to raise one finds its place.
+// The exceptions that the platform raises. They carry no text: the handler of unhandled exceptions decides by
+// class what to do. Nothing on Linux raises those without a comment. The handler knows them all the same, so
+// code that starts to raise one needs no change there.
 class RuntimeException : public std::exception {};
 
 class FunctionNotFoundException : public RuntimeException {};
 class IllegalCastException : public RuntimeException {};
 class InvalidParentException : public RuntimeException {};
 class KeyChainException : public RuntimeException {};
-// A Dictionary was asked for the value of a key that it lacks.
+// A Dictionary has no such key.
 class KeyNotFoundException : public RuntimeException {};
-// Something was asked of a nil Ref.
+// A nil Ref was used, or a RecordSet has no such column.
 class NilObjectException : public RuntimeException {};
 class NoOpenTransportException : public RuntimeException {};
 class OLEException : public RuntimeException {};
-// An index, a row or a column lies outside of what it counts.
+// An index, a row or a column is out of range.
 class OutOfBoundsException : public RuntimeException {};
-// Memory ran out; the guards make it of std::bad_alloc.
+// Memory has run out. HandleUnhandled turns std::bad_alloc into this.
 class OutOfMemoryException : public RuntimeException {};
 class RegExException : public RuntimeException {};
+// A search pattern is no valid regular expression.
 class RegExSearchPatternException : public RegExException {};
 class RegistryAccessErrorException : public RuntimeException {};
 

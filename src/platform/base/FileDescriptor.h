@@ -2,19 +2,19 @@
 
 namespace varnith {
 
-// A file descriptor of the system, of a file, a socket or whatever else has one. It is closed with its
-// object. Movable; an empty one holds none.
+// Owns a file descriptor and closes it in the destructor. An empty one owns none.
 class FileDescriptor {
   public:
     FileDescriptor() = default;
-    // Takes over a descriptor; one below 0 is none.
+    // Takes ownership of a descriptor. A negative one, such as the result of a failed open(2), gives an empty
+    // object.
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
     FileDescriptor(FileDescriptor&& other) noexcept;
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
     ~FileDescriptor();
 
     explicit operator bool() const { return descriptor_ >= 0; }
-    // The number by which the system knows it, -1 for none. It stays this object's.
+    // The descriptor, negative if this is empty. This object keeps the ownership.
     int Descriptor() const { return descriptor_; }
 
   private:

@@ -5,16 +5,17 @@
 
 namespace varnith {
 
-// Who is told of an exception that has reached the top of an event handler or of a thread. Set once, by
-// the application; with nobody set the exception ends the process, as any uncaught one does.
+// The handler of unhandled exceptions is called with each exception that leaves an event handler or a thread.
+// The application sets it once. Without a handler such an exception ends the process.
 using UnhandledExceptionHandler = std::function<void(const std::exception&)>;
 void SetUnhandledExceptionHandler(UnhandledExceptionHandler handler);
 
-// Hands an exception that nobody caught to the handler. std::bad_alloc arrives as OutOfMemoryException.
+// Calls the handler of unhandled exceptions; with OutOfMemoryException for std::bad_alloc. Rethrows the
+// exception if there is no handler.
 void HandleUnhandled(const std::exception_ptr& exception);
 
-// The guard around each event handler: runs the body and gives what escapes from it to the handler.
-// It catches std::exception only, so the unwinding of a killed thread passes through.
+// Every event handler runs in this. Calls the body and passes an exception that leaves it to HandleUnhandled.
+// Catches std::exception only: a killed thread is unwound by an exception of another kind.
 template <class Body>
 void Guarded(Body&& body) {
     try {

@@ -4,8 +4,9 @@
 
 namespace varnith {
 
-// Puts an object in force for a scope, in the place of the one that its class has by default. So a test puts
-// a double between the program and the system. REQUIRES: made and dropped in pairs, like brackets.
+// Makes an object the current one of its class while this exists, instead of the default one. Tests use it to
+// put a test double between the program and the system. Does not own the object.
+// REQUIRES: several of these for one class are destroyed in the reverse order of their construction.
 template <class T>
 class InForce {
   public:
@@ -14,7 +15,7 @@ class InForce {
     InForce& operator=(const InForce&) = delete;
     ~InForce() { current = previous_; }
 
-    // The one in force, or else that one.
+    // The current object, `otherwise` if there is none.
     static T& Or(T& otherwise) { return current ? *current : otherwise; }
 
   private:

@@ -8,8 +8,8 @@
 
 namespace varnith {
 
-// What a Ref can point to: an object that counts its references. The program runs on one thread, so the
-// count is a plain number; a worker thread never holds a Ref.
+// The base of all objects that a Ref can point to. It counts the references. The count is not atomic: the
+// program's code runs on one OS thread, and a worker thread must never hold a Ref.
 class RefCounted {
   public:
     RefCounted() = default;
@@ -26,10 +26,9 @@ class RefCounted {
     mutable std::size_t references_ = 0;
 };
 
-// A counted reference that may be nil. It shares ownership: the object goes with its last Ref.
-// A use of a nil Ref raises NilObjectException; it never reads through a null pointer.
-// T has to be known only where a Ref is made of an object or used, so a header may hold a Ref to a class that
-// it only declares.
+// A reference-counted pointer that may be nil. The last Ref to an object deletes it.
+// Using a nil Ref raises NilObjectException; a null pointer is never dereferenced.
+// T may be incomplete where a Ref is only held, so a header may forward-declare the class.
 template <class T>
 class Ref {
   public:
@@ -53,10 +52,10 @@ class Ref {
     T* operator->() const { return NotNil(); }
     T& operator*() const { return *NotNil(); }
 
-    // The object itself or null, owned by the Ref.
+    // The object, null for nil. The Ref keeps the ownership.
     T* Get() const { return static_cast<T*>(counted_); }
 
-    // This object as a T if it is one, else nil.
+    // A Ref to the same object if it is a T, else nil.
     template <class U>
     static Ref As(const Ref<U>& other) {
         return Ref(dynamic_cast<T*>(other.Get()));
@@ -82,6 +81,7 @@ class Ref {
     RefCounted* counted_ = nullptr;
 };
 
+// Constructs an object and returns the first Ref to it.
 template <class T, class... Arguments>
 Ref<T> MakeRef(Arguments&&... arguments) {
     return Ref<T>(new T(std::forward<Arguments>(arguments)...));

@@ -7,29 +7,28 @@
 
 namespace varnith {
 
-// What a search has found.
+// The result of a search.
 class RegExMatch : public RefCounted {
   public:
     explicit RegExMatch(std::string text) : text_(std::move(text)) {}
 
-    // The part of the searched text that the pattern matches.
+    // The part of the text that matches the pattern.
     const std::string& Text() const { return text_; }
 
   private:
     std::string text_;
 };
 
-// A search by a regular expression in Perl's syntax
-// (https://www.pcre.org/current/doc/html/pcre2pattern.html). Case is ignored and the pattern isn't anchored.
-// Bytes of the text that are no UTF-8 match nothing.
+// A regular expression in Perl's syntax (https://www.pcre.org/current/doc/html/pcre2pattern.html). It ignores
+// case and is not anchored. Bytes of the text that are no valid UTF-8 match nothing.
 class RegEx : public RefCounted {
   public:
     std::string SearchPattern;
 
-    // The first match, nil if there is none. A search that takes too many steps from one place is given up
-    // and finds nothing: a text made for that would keep the program busy for hours. A long run of letters
-    // and the like is no such text. Where the system lets no program make code to run, a long text is not
-    // searched. Raises RegExSearchPatternException if the pattern is none.
+    // The first match in a text, nil if there is none. Also nil if the search is given up: when it exceeds a
+    // limit of steps at one position or of memory, since a text can be made to keep the program busy without
+    // end; and for a long text if PCRE2's just-in-time compiler is not available. Raises
+    // RegExSearchPatternException if the pattern is invalid, OutOfMemoryException if memory runs out.
     Ref<RegExMatch> Search(const std::string& text) const;
 };
 

@@ -10,10 +10,10 @@ namespace {
 
 struct Match {
     std::size_t start;
-    std::size_t bytes;  // maybe not those of what was looked for: a letter's cases differ in length at times
+    std::size_t bytes;  // may differ from the length of the wanted text, as the cases of some letters do
 };
 
-// Whether the text begins with `what`, case ignored; the number of bytes that it takes there.
+// If the text begins with `what`, case ignored: the length in bytes of that beginning.
 std::optional<std::size_t> MatchAtStart(std::string_view text, std::string_view what) {
     std::size_t bytes = 0;
     while (!what.empty()) {
@@ -33,7 +33,7 @@ bool HasNoCase(std::string_view text) {
            });
 }
 
-// The first occurrence at or behind a byte, case ignored. An empty text occurs nowhere.
+// The first occurrence at or after a byte, case ignored. An empty text occurs nowhere.
 std::optional<Match> Find(std::string_view text, std::string_view what, std::size_t from) {
     if (what.empty()) return std::nullopt;
     if (HasNoCase(what)) {

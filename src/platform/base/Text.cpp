@@ -22,9 +22,9 @@ char LowerAscii(char c) {
 
 constexpr std::string_view WhiteSpace = " \t\n\v\f\r";
 
-// Appends a number so that the plain order of bytes is that of the values: its length goes in front of its
-// digits, which are without leading zeros. A digit stands in front of it all, so that a number and another
-// character compare as they would unchanged.
+// Appends a number, given without leading zeros, in a form whose byte order is the order of the values: the
+// digit "0", the number of digits, the digits. The "0" makes a number compare with any other character as a
+// digit would.
 void AppendNumberKey(std::string& key, std::string_view digits) {
     constexpr std::size_t Most = 0xFF;
     key += '0';
@@ -74,7 +74,7 @@ double Val(std::string_view text) {
         if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
         if (!skip_digits()) end = mantissa;
     }
-    // The library's own would take more than the digits up to here, "0x" and "inf" among it.
+    // On the whole text g_ascii_strtod would accept "0x" and "inf" too.
     return g_ascii_strtod(std::string(text.substr(0, end)).c_str(), nullptr);
 }
 

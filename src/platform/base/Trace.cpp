@@ -27,7 +27,7 @@ void TellFailure(std::string_view tried, std::string_view on, std::string_view w
     for (char& c : line)
         if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
     line += '\n';
-    // In one piece, so that lines of several threads don't mix. Where it can't be written there is nobody to tell.
+    // One call, so that lines of several threads don't mix. If it fails there is no other place to report to.
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
     errno = error;
 }

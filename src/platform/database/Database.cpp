@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Waiting.h"
 
@@ -24,9 +25,11 @@ std::string_view ColumnText(sqlite3_stmt* statement, int column) {
     return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
-// Tries until nobody has the file locked, for 2 s at most. SQLite's own wait would hold up the program's
-// threads, and none of them could be ended from within SQLite.
-int Patiently(const std::function<int()>& attempt) {
+// Repeats an attempt while another connection has the file locked, for 2 s at most. SQLite's own busy handler
+// would block the program's threads, and a thread can't be killed within SQLite. `tried` and `on` tell the
+// attempt in the trace.
+int Patiently(sqlite3* handle, std::string_view tried, std::string_view on,
+              const std::function<int()>& attempt) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     int result = attempt();
     while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < limit) {
@@ -34,6 +37,7 @@ int Patiently(const std::function<int()>& attempt) {
         Yield();
         result = attempt();
     }
+    if (result != SQLITE_OK && result != SQLITE_DONE) TraceFailure(tried, on, sqlite3_errmsg(handle));
     return result;
 }
 
@@ -63,15 +67,22 @@ bool Database::Open(int flags) {
     handle_.reset();
     if (!file_) return false;
     sqlite3* handle = nullptr;
-    const int opened = sqlite3_open_v2(file_->AbsolutePath().c_str(), &handle, flags, nullptr);
+    const std::string path = file_->AbsolutePath();
+    const int opened = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
     std::unique_ptr<sqlite3, Closer> opened_handle(handle);
-    if (opened != SQLITE_OK) return false;
+    if (opened != SQLITE_OK) {
+        TraceFailure("open the database", path, sqlite3_errmsg(handle));
+        return false;
+    }
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 1, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 1, nullptr);
-    // SQLite opens any file and reads it at the first statement, so whether it is a database shows only now.
-    // One that someone else has locked is a database all the same.
+    // sqlite3_open_v2 doesn't read the file. Only the first statement shows whether it is a database. A
+    // locked one counts as a database.
     const int looked = sqlite3_exec(handle, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
-    if (looked != SQLITE_OK && looked != SQLITE_BUSY) return false;
+    if (looked != SQLITE_OK && looked != SQLITE_BUSY) {
+        TraceFailure("read the database", path, sqlite3_errmsg(handle));
+        return false;
+    }
     handle_ = std::move(opened_handle);
     is_lost_ = false;
     return true;
@@ -81,33 +92,41 @@ bool Database::IsInTransaction() const {
     return sqlite3_get_autocommit(handle_.get()) == 0;
 }
 
-// The version of the file that the handle knows. A statement that takes its lock looks it up anew; this call
-// does not, so what another program changes after a statement never counts as seen.
+// The version of the file's contents when this handle last read it. Each statement that locks the file
+// updates it, and this call doesn't. So a change that another handle makes after a statement is never taken
+// for seen (https://sqlite.org/c3ref/c_fcntl_begin_atomic_write.html, SQLITE_FCNTL_DATA_VERSION).
 std::uint32_t Database::Version() const {
     std::uint32_t version = 0;
     sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
     return version;
 }
 
-void Database::Write(const std::function<int()>& statement) {
+void Database::Write(std::string_view tried, std::string_view on, const std::function<int()>& statement) {
     if (!handle_ || is_lost_) return;
     const bool has_begun = IsInTransaction();
-    is_lost_ = Patiently(statement) == SQLITE_BUSY;
+    is_lost_ = Patiently(handle_.get(), tried, on, statement) == SQLITE_BUSY;
     if (!has_begun) seen_version_ = Version();
     if (!IsInTransaction()) return;
-    is_lost_ = is_lost_ || Version() != seen_version_;
-    // At once, so that what is lost keeps nobody from the file.
-    if (is_lost_) sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr);
+    if (!is_lost_ && Version() != seen_version_) {
+        is_lost_ = true;
+        TraceFailure("save to the database", sqlite3_db_filename(handle_.get(), "main"),
+                     "someone else has changed it since it was read");
+    }
+    // Roll back now and not in Commit, so that a lost transaction keeps no lock.
+    if (is_lost_ && sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr) != SQLITE_OK)
+        TraceFailure("roll back the changes of", sqlite3_db_filename(handle_.get(), "main"),
+                     sqlite3_errmsg(handle_.get()));
 }
 
 void Database::SQLExecute(const std::string& statement) {
-    Write([&] { return sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr); });
+    Write("run the statement", statement,
+          [&] { return sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr); });
 }
 
 Ref<RecordSet> Database::SQLSelect(const std::string& statement) {
     if (!handle_) return nullptr;
     Ref<RecordSet> records;
-    Patiently([&] { return Select(statement, records); });
+    Patiently(handle_.get(), "run the statement", statement, [&] { return Select(statement, records); });
     return records;
 }
 
@@ -132,7 +151,7 @@ int Database::Select(const std::string& statement, Ref<RecordSet>& found) {
 }
 
 void Database::InsertRecord(const std::string& table, const DatabaseRecord& record) {
-    Write([&] { return Insert(table, record); });
+    Write("insert a record into the table", table, [&] { return Insert(table, record); });
 }
 
 int Database::Insert(const std::string& table, const DatabaseRecord& record) {
@@ -140,7 +159,9 @@ int Database::Insert(const std::string& table, const DatabaseRecord& record) {
     if (!insert_) return prepared;
     int place = 0;
     for (const auto& [name, value] : record.Columns())
-        sqlite3_bind_text64(insert_.get(), ++place, value.data(), value.size(), SQLITE_STATIC, SQLITE_UTF8);
+        if (sqlite3_bind_text64(insert_.get(), ++place, value.data(), value.size(), SQLITE_STATIC,
+                                SQLITE_UTF8) != SQLITE_OK)
+            TraceFailure("store a value in the column", name, sqlite3_errmsg(handle_.get()));
     const int step = sqlite3_step(insert_.get());
     sqlite3_reset(insert_.get());
     sqlite3_clear_bindings(insert_.get());

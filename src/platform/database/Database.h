@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct sqlite3_stmt;
 
 namespace varnith {
 
-// A record to insert: column names and the text for each. Any text may go in.
+// A record to insert: the names of its columns and a text for each, which may contain any bytes.
 class DatabaseRecord {
   public:
     void SetColumn(const std::string& name, const std::string& value) { columns_.emplace_back(name, value); }
@@ -26,15 +27,16 @@ class DatabaseRecord {
     std::vector<std::pair<std::string, std::string>> columns_;
 };
 
-// A handle of a SQLite file. It is bound to a file, then connected; dropping it closes the file and rolls
-// back what was not committed. Statements report nothing: one that fails has no effect.
+// A connection to a SQLite file. First bind it to a file, then connect. The destructor closes the file and
+// rolls back an open transaction. A statement that fails has no effect and is not reported.
 //
-// A statement that finds the file locked waits up to 2 s for it, while the program's threads run on. A
-// transaction rests on what the handle has seen of the file before it: if another handle has changed the file
-// since, or if one of its statements has waited in vain, nothing of it is written. So programs that first
-// clear a table and then fill it in a transaction don't mix their rows.
-// Text between double quotes is a text value where no column has that name (https://sqlite.org/quirks.html,
-// section 8), however the library was built.
+// A statement that finds the file locked waits for up to 2 s, while the program's threads run. A transaction
+// is lost, and nothing of it is written, if one of its statements has waited in vain or if another handle has
+// changed the file since this handle read it before the transaction. So if two programs clear a table and
+// then fill it in a transaction, their rows don't mix.
+//
+// Text in double quotes that is no column's name is a text value, whatever SQLite was built with
+// (https://sqlite.org/quirks.html, section 8).
 class Database {
   public:
     Database();
@@ -42,35 +44,36 @@ class Database {
     Database& operator=(const Database&) = delete;
     ~Database();
 
-    // Binds the handle to a file, which need not exist. Nil leaves it unbound.
+    // Binds this to a file, which need not exist, for the next Connect or CreateDatabaseFile. Nil unbinds it.
     void SetDatabaseFile(const Ref<FolderItem>& file) { file_ = file; }
 
-    // Opens the file that the handle is bound to. False if it is missing, can't be opened or is no database.
+    // Opens the file. False if none is bound, or if it is missing, can't be opened or is no database.
     bool Connect();
 
-    // Creates the file, empty, and connects. False if it can't be made.
+    // Opens the file and creates an empty one if it is missing. False as above.
     bool CreateDatabaseFile();
 
-    // Runs one statement. Outside of a transaction it is committed at once. One that changes the file and has
-    // waited in vain takes with it all that follows up to the next Commit.
+    // Runs one statement. Outside of a transaction it is committed at once. If it has waited for the lock in
+    // vain, it and all further changes up to the next Commit have no effect.
     void SQLExecute(const std::string& statement);
 
-    // Runs a select and returns all of its rows; nil if it fails.
+    // Runs a select and returns all its rows. Nil if it fails or if there is no connection.
     Ref<RecordSet> SQLSelect(const std::string& statement);
 
-    // Inserts a record. Records with the same columns run on one prepared statement.
+    // Inserts a record. A row of records with the same table and columns shares one prepared statement.
     void InsertRecord(const std::string& table, const DatabaseRecord& record);
 
-    // Ends the transaction that is open; without one it does nothing. One that can't be committed is rolled
-    // back, so it doesn't keep the file locked.
+    // Commits the open transaction, if there is one. If that fails it is rolled back, so that it keeps no
+    // lock.
     void Commit();
 
   private:
     bool Open(int flags);
     bool IsInTransaction() const;
     std::uint32_t Version() const;
-    // Each of these three runs a statement, whose result as SQLite gives it they take or return.
-    void Write(const std::function<int()>& statement);
+    // `statement`, Select and Insert run a statement and return SQLite's result code. `tried` and `on` tell
+    // the statement in the trace.
+    void Write(std::string_view tried, std::string_view on, const std::function<int()>& statement);
     int Select(const std::string& statement, Ref<RecordSet>& found);
     int Insert(const std::string& table, const DatabaseRecord& record);
     bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;
@@ -83,7 +86,7 @@ class Database {
 
     Ref<FolderItem> file_;
     std::unique_ptr<sqlite3, Closer> handle_;
-    std::unique_ptr<sqlite3_stmt, Closer> insert_;  // declared behind the handle, so it goes first
+    std::unique_ptr<sqlite3_stmt, Closer> insert_;  // after handle_, so it is destroyed before it
     std::string insert_table_;
     std::vector<std::string> insert_columns_;
     std::uint32_t seen_version_ = 0;

@@ -38,7 +38,7 @@ void RecordSet::Close() {
     row_ = record_count_;
 }
 
-// A row lies in one piece as a whole, so its fields can be looked at where they are.
+// A row never spans two pieces, so that ReadRow can return views of its fields.
 void RecordSet::AddRow() {
     if (pieces_.empty() || pieces_.back().size() >= PieceSize) {
         pieces_.emplace_back();

@@ -6,20 +6,20 @@
 
 namespace varnith {
 
-// The look-up of a host name, which runs beside the program: a worker of its own asks the system. A numeric
-// address is its own result and needs no worker. Dropping the object forgets the question; an answer that
-// comes afterwards reaches nobody.
+// Looks up a host name in the background: a thread of its own calls getaddrinfo(3). The constructor starts
+// the look-up. For a numeric address it is done at once, without a thread. Destroying the object abandons the
+// look-up; the thread ends by itself.
 class NameLookup {
   public:
     explicit NameLookup(const std::string& name);
     ~NameLookup();
 
-    // Ready for reading once the look-up is done.
+    // A descriptor that becomes ready for reading when the look-up is done. This object owns it.
     int Descriptor() const;
     bool Done() const;
 
-    // The numeric addresses of the name as text, the preferred one first; none if it can't be resolved.
-    // REQUIRES: done.
+    // The numeric addresses of the name as text, the preferred one first. Empty if the name can't be
+    // resolved. REQUIRES: Done().
     const std::vector<std::string>& Addresses() const;
 
   private:

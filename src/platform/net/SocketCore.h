@@ -10,32 +10,33 @@
 
 namespace varnith {
 
-// What every socket has: the remote end that it connects to, and events. Events come from the event loop or
-// from within Poll, never from within Connect, Close or a write. An exception that leaves one goes to the
-// handler of unhandled exceptions. A socket may be let go of at any time, also by one of its own events:
-// it lives until that event has ended.
+// The base of all sockets: the remote address and the events. The event loop and Poll raise the events;
+// Connect, Close and writes never do. An exception that leaves an event goes to the handler of unhandled
+// exceptions (platform/base/Guard.h). The last Ref to a socket may be dropped at any time, even during one of
+// its events: the socket lives until that event has ended.
 // REQUIRES: held by a Ref.
 class SocketCore : public RefCounted {
   public:
     SocketCore();
     ~SocketCore() override;
 
-    // The remote end of the next Connect: a host name or a numeric address, and a port.
+    // Where the next Connect connects to: a host name or a numeric address, and a port from 1 to 65535.
     std::string Address;
     std::int32_t Port = 0;
 
-    // Starts connecting, with any connection dropped before, and returns. Ends in an event: Connected or
-    // Error.
+    // Closes the connection, if there is one, starts a new one and returns. The event Connected or Error
+    // follows.
     virtual void Connect() = 0;
 
-    // Drops the connection, or the attempt at one, at once. No event follows. What was received stays.
+    // Closes the connection or abandons the attempt at one. No event follows. Received bytes can still be
+    // read.
     virtual void Close() = 0;
 
-    // Discards what was received and not yet read, and what is still to be sent.
+    // Discards the received bytes that were not read, and the bytes that were not sent.
     virtual void Purge() = 0;
 
-    // Does what this socket has to do and raises its events, at most one. If there is nothing it waits a few
-    // milliseconds for it, so a loop around it doesn't burn the processor.
+    // Does this socket's next piece of work, which may raise one event. If there is none it waits for a few
+    // milliseconds, so a loop that calls it doesn't use up the processor.
     void Poll();
 
     virtual bool IsConnected() const = 0;
@@ -43,13 +44,13 @@ class SocketCore : public RefCounted {
     // The code of the last failure, 0 before the first.
     std::int32_t LastErrorCode() const { return last_error_code_; }
 
-    // The codes. They stand apart from 0 and from those that a class above this one has for itself.
-    static constexpr std::int32_t ConnectionEnded = 102;  // by the peer, in order or not
+    // The codes. They differ from 0 and from the codes of derived classes.
+    static constexpr std::int32_t ConnectionEnded = 102;  // by the peer, orderly or by a reset
     static constexpr std::int32_t NameNotFound = 103;
     static constexpr std::int32_t ConnectionNotMade = 104;
 
   protected:
-    // Keeps the socket alive for as long as this lives.
+    // Keeps a socket alive as long as this exists.
     class Alive {
       public:
         explicit Alive(SocketCore& socket);
@@ -61,20 +62,20 @@ class SocketCore : public RefCounted {
         Ref<SocketCore> socket_;
     };
 
-    // Whether nobody holds the socket any more: it is only kept alive until its event has ended.
+    // Whether only Alive objects hold the socket any more.
     bool IsLetGo() const { return References() == kept_alive_; }
 
-    // The connection stands; bytes have arrived; all that was written has been sent; a connection could not
-    // be made or has ended.
+    // The events. Error means that the connection could not be made or has ended; LastErrorCode tells which.
     virtual void Event_Connected() {}
     virtual void Event_DataAvailable() {}
     virtual void Event_SendComplete() {}
     virtual void Event_Error() {}
 
-    // The descriptor that the socket waits for has become ready. Raises at most one event.
+    // Called when the watched descriptor is ready. Raises at most one event.
     virtual void Serve() = 0;
 
-    // Sets what the socket waits for, instead of what it waited for before. REQUIRES: that is still open.
+    // Watches a descriptor instead of the one watched before, for reading, or for writing too if asked for.
+    // REQUIRES: the descriptor watched before is still open.
     void Watch(int descriptor, bool for_writing);
     void StopWatching();
 

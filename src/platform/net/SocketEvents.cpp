@@ -4,6 +4,7 @@
 
 #include <sys/epoll.h>
 
+#include "platform/base/Trace.h"
 #include "platform/net/SocketCore.h"
 
 namespace varnith {
@@ -13,11 +14,14 @@ const std::shared_ptr<SocketEvents>& SocketEvents::Current() {
     return events;
 }
 
-SocketEvents::SocketEvents() : queue_(epoll_create1(EPOLL_CLOEXEC)) {}
+SocketEvents::SocketEvents() : queue_(epoll_create1(EPOLL_CLOEXEC)) {
+    if (!queue_) TraceErrno("make a queue for the events of sockets", "");
+}
 
 void SocketEvents::Serve() {
     std::array<epoll_event, 16> ready;
     const int count = epoll_wait(Descriptor(), ready.data(), static_cast<int>(ready.size()), 0);
+    if (count < 0) TraceErrno("wait for sockets", "");
     for (int i = 0; i < count; ++i) {
         const auto found = watched_.find(ready[static_cast<std::size_t>(i)].data.u64);
         if (found != watched_.end()) found->second->ServeNow();
@@ -28,7 +32,7 @@ std::uint64_t SocketEvents::Watch(int descriptor, bool for_writing, SocketCore& 
     epoll_event event{};
     event.events = for_writing ? EPOLLIN | EPOLLOUT : EPOLLIN;
     event.data.u64 = ++last_ticket_;
-    epoll_ctl(Descriptor(), EPOLL_CTL_ADD, descriptor, &event);
+    if (epoll_ctl(Descriptor(), EPOLL_CTL_ADD, descriptor, &event) != 0) TraceErrno("watch a socket", "");
     watched_[last_ticket_] = &socket;
     return last_ticket_;
 }

@@ -10,33 +10,36 @@ namespace varnith {
 
 class SocketCore;
 
-// Where all sockets wait for the system, so that an event loop has one thing to watch: whenever Descriptor()
-// is ready for reading, it calls Serve(). That may happen while an event handler runs the loop itself.
+// Watches the descriptors of all sockets (epoll(7)), so that an event loop has a single one to watch:
+// whenever Descriptor() is ready for reading, the loop calls Serve(). It may do so while a socket's event
+// handler runs the loop.
 class SocketEvents {
   public:
-    // The one of the program. Each socket holds on to it, so it outlives the last of them.
+    // The program's only one. Each socket shares the ownership, so it outlives the last socket.
     static const std::shared_ptr<SocketEvents>& Current();
 
     SocketEvents();
     SocketEvents(const SocketEvents&) = delete;
     SocketEvents& operator=(const SocketEvents&) = delete;
 
-    // Ready for reading as long as a socket has something to do.
+    // Ready for reading as long as a watched descriptor is ready. This object owns it.
     int Descriptor() const { return queue_.Descriptor(); }
 
-    // Has each socket that is ready do its next piece of work, without waiting: at most one event a socket.
+    // Lets each socket that is ready do its next piece of work, which raises at most one event. Doesn't wait.
     void Serve();
 
-    // Has a socket served when a descriptor is ready for reading, or for writing too if asked for. Returns a
-    // ticket that is never given again.
+    // Serves a socket whenever a descriptor is ready for reading, or for writing too if asked for, until
+    // Forget. Owns neither. Returns a ticket for Forget; no two are the same.
     std::uint64_t Watch(int descriptor, bool for_writing, SocketCore& socket);
 
-    // Ends that. REQUIRES: the descriptor is still open, if the ticket is in force.
+    // Stops watching. Nothing happens for a ticket that was forgotten before.
+    // REQUIRES: if the ticket is still watched, the descriptor is open.
     void Forget(std::uint64_t ticket, int descriptor);
 
   private:
     FileDescriptor queue_;
-    // By ticket: what was ready before, but has been forgotten by now, finds nobody.
+    // By ticket and not by descriptor: a socket that Serve runs may make it forget another one that
+    // epoll_wait has just reported.
     std::unordered_map<std::uint64_t, SocketCore*> watched_;
     std::uint64_t last_ticket_ = 0;
 };

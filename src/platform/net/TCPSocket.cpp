@@ -6,8 +6,10 @@
 
 #include <errno.h>
 #include <netdb.h>
+#include <string.h>
 #include <sys/socket.h>
 
+#include "platform/base/Trace.h"
 #include "platform/net/NameLookup.h"
 
 namespace varnith {
@@ -18,7 +20,7 @@ TCPSocket::~TCPSocket() {
     TCPSocket::Close();
 }
 
-// The rest happens in Serve, so that a failure, however early, is no event within this call.
+// Serve does the rest, so that even an early failure raises no event within this call.
 void TCPSocket::Connect() {
     Close();
     lookup_ = std::make_unique<NameLookup>(Address);
@@ -78,9 +80,9 @@ void TCPSocket::Serve() {
 
 void TCPSocket::TryNextAddress() {
     while (!addresses_.empty()) {
-        const std::string address = std::move(addresses_.back());
+        remote_address_ = std::move(addresses_.back());
         addresses_.pop_back();
-        if (StartConnecting(address)) return;
+        if (StartConnecting(remote_address_)) return;
     }
     Fail(ConnectionNotMade);
 }
@@ -90,14 +92,22 @@ bool TCPSocket::StartConnecting(const std::string& numeric_address) {
     wanted.ai_socktype = SOCK_STREAM;
     wanted.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
     addrinfo* first = nullptr;
-    if (Port < 1 || Port > UINT16_MAX) return false;
-    if (getaddrinfo(numeric_address.c_str(), std::to_string(Port).c_str(), &wanted, &first) != 0)
+    if (Port < 1 || Port > UINT16_MAX) {
+        if (IsTracing()) TraceFailure("connect to", Remote(), "there is no such port");
         return false;
+    }
+    const int result = getaddrinfo(numeric_address.c_str(), std::to_string(Port).c_str(), &wanted, &first);
+    if (result != 0) {
+        if (IsTracing()) TraceFailure("connect to", Remote(), gai_strerror(result));
+        return false;
+    }
     const std::unique_ptr<addrinfo, void (*)(addrinfo*)> remote(first, freeaddrinfo);
     FileDescriptor opened(socket(first->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (!opened) return false;
-    if (connect(opened.Descriptor(), first->ai_addr, first->ai_addrlen) != 0 && errno != EINPROGRESS)
+    if (!opened ||
+        (connect(opened.Descriptor(), first->ai_addr, first->ai_addrlen) != 0 && errno != EINPROGRESS)) {
+        if (IsTracing()) TraceErrno("connect to", Remote());
         return false;
+    }
     StopWatching();
     lookup_ = nullptr;
     connection_ = std::move(opened);
@@ -111,6 +121,7 @@ void TCPSocket::FinishConnecting() {
     socklen_t size = sizeof error;
     getsockopt(connection_.Descriptor(), SOL_SOCKET, SO_ERROR, &error, &size);
     if (error != 0) {
+        if (IsTracing()) TraceFailure("connect to", Remote(), strerrordesc_np(error));
         TryNextAddress();
         return;
     }
@@ -119,13 +130,15 @@ void TCPSocket::FinishConnecting() {
     Event_Connected();
 }
 
-// Sends what goes out at once. True if that was the last of it, which is an event. A peer that takes no more
-// may still have something to say, so a failure is left for the receiving side to find.
+// Sends as much as possible without blocking. Returns true if that was the last byte, which raises
+// SendComplete. A failure raises no event: the peer may have sent bytes before, and Receive finds the end of
+// the connection after them.
 bool TCPSocket::Send() {
     if (to_send_.empty()) return false;
     const ssize_t count =
         send(connection_.Descriptor(), to_send_.data() + sent_, to_send_.size() - sent_, MSG_NOSIGNAL);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return false;
+    if (count < 0 && IsTracing()) TraceErrno("send to", Remote());
     sent_ += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     if (count >= 0 && sent_ < to_send_.size()) return false;
     to_send_.clear();
@@ -140,12 +153,18 @@ void TCPSocket::Receive() {
     std::array<char, 64 << 10> piece;
     const ssize_t count = recv(connection_.Descriptor(), piece.data(), piece.size(), 0);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
+    if (count < 0 && IsTracing()) TraceErrno("receive from", Remote());
     if (count <= 0) {
         Fail(ConnectionEnded);
         return;
     }
     received_.append(piece.data(), static_cast<std::size_t>(count));
     Event_DataAvailable();
+}
+
+std::string TCPSocket::Remote() const {
+    const bool has_colons = remote_address_.find(':') != remote_address_.npos;
+    return (has_colons ? "[" + remote_address_ + "]" : remote_address_) + ":" + std::to_string(Port);
 }
 
 void TCPSocket::Fail(std::int32_t code) {

@@ -14,23 +14,24 @@ namespace varnith {
 
 class NameLookup;
 
-// What bytes can be read from.
+// Something that bytes can be read from.
 class Readable {
   public:
     virtual ~Readable() = default;
+    // Removes and returns the first bytes, at most as many as given.
     virtual std::string Read(std::int32_t bytes) = 0;
 };
 
-// What bytes can be written to.
+// Something that bytes can be written to.
 class Writeable {
   public:
     virtual ~Writeable() = default;
     virtual void Write(std::string_view bytes) = 0;
 };
 
-// A TCP connection. The look-up of the name, connecting and sending all go on beside the program. A name
-// with several addresses is tried at each in turn. The peer's end of the connection comes as Error, behind
-// the DataAvailable of its last bytes, and the connection is closed by then.
+// A TCP connection. No operation blocks: the event loop and Poll look up the name, connect, send and receive.
+// If a name has several addresses, they are tried in turn. When the peer has closed the connection, Error
+// follows the DataAvailable of the last bytes; this side is closed by then.
 class TCPSocket : public SocketCore, public Readable, public Writeable {
   public:
     TCPSocket();
@@ -41,13 +42,14 @@ class TCPSocket : public SocketCore, public Readable, public Writeable {
     void Purge() override;
     bool IsConnected() const override { return state_ == State::Connected; }
 
-    // Queues bytes for sending; they go out as soon as the connection stands.
+    // Queues bytes. They are sent as soon as the connection is made.
     void Write(std::string_view bytes) override;
 
-    // All received bytes that were not read yet, left unread. Valid until something is received or read.
+    // All received bytes that were not read yet, without reading them. The reference is valid until bytes are
+    // received or read.
     const std::string& Lookahead() const { return received_; }
 
-    // Removes and returns the first bytes received, up to that many; ReadAll those of all.
+    // Removes and returns the first received bytes, at most as many as given; ReadAll all of them.
     std::string Read(std::int32_t bytes) override;
     std::string ReadAll();
 
@@ -62,14 +64,17 @@ class TCPSocket : public SocketCore, public Readable, public Writeable {
     void FinishConnecting();
     bool Send();
     void Receive();
+    // The remote address and port, for the trace.
+    std::string Remote() const;
     void Fail(std::int32_t code);
 
     State state_ = State::Closed;
     std::unique_ptr<NameLookup> lookup_;
-    std::vector<std::string> addresses_;  // those not tried yet, the next one last
+    std::vector<std::string> addresses_;  // numeric; not tried yet, the next one last
+    std::string remote_address_;          // numeric; the one tried last
     FileDescriptor connection_;
     std::string to_send_;
-    std::size_t sent_ = 0;  // bytes at the front of `to_send_` that have gone out
+    std::size_t sent_ = 0;  // bytes at the front of `to_send_` that were sent
     std::string received_;
 };
 
