@@ -7,6 +7,15 @@
 
 namespace varnith {
 
+// A menu bar asks for the arrow that it shows where it is too narrow for its menus. No window of the program
+// is so narrow, and to read the picture takes a third of the start ("bench/run start"): the toolkit loads all
+// it has for reading pictures first.
+QIcon ReadableStyle::standardIcon(StandardPixmap kind, const QStyleOption* option,
+                                  const QWidget* widget) const {
+    if (kind == SP_ToolBarHorizontalExtensionButton) return {};
+    return QProxyStyle::standardIcon(kind, option, widget);
+}
+
 void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                   const QWidget* widget) const {
     // Only the check boxes of a dark desktop are drawn otherwise.

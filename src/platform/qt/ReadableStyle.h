@@ -9,6 +9,7 @@ namespace varnith {
 // also hardly shows the focus of some controls: here the focus frame has the highlight colour.
 class ReadableStyle : public QProxyStyle {
   public:
+    QIcon standardIcon(StandardPixmap kind, const QStyleOption* option, const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
