@@ -6,7 +6,7 @@
 #include "platform/base/Exceptions.h"
 #include "platform/base/Text.h"
 #include "platform/threads/Workers.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -1,7 +1,7 @@
 #include <random>
 #include <utility>
 
-#include "http/support/HTTPTest.h"
+#include "http/HTTPTest.h"
 
 namespace varnith::test {
 
@@ -37,7 +37,7 @@ TEST_F(HTTPTest, TakesAURLAsItStands) {
     for (const auto& [url, outcome] : cases) {
         client->Get(url);
         EXPECT_EQ(events, Lines()) << "nothing happens within the call";
-        PumpUntil([&] { return !events.empty(); });
+        ServeUntil([&] { return !events.empty(); });
         if (events == Lines{"Connected"}) events = {TakeRequest()};
         EXPECT_EQ(events, Lines{outcome}) << url;
         events.clear();

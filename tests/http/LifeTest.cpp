@@ -2,7 +2,7 @@
 
 #include <sys/resource.h>
 
-#include "http/support/HTTPTest.h"
+#include "http/HTTPTest.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
 #include "platform/ui/Application.h"
@@ -18,7 +18,7 @@ TEST_F(HTTPTest, HearsNothingMoreOnceItIsLetGoOf) {
         };
         client->Get(server.At("/"));
         ServeBeside("", "HTTP/1.0 200 OK\n\nbody");
-        PumpUntil([&] { return !client; });
+        ServeUntil([&] { return !client; });
         EXPECT_EQ(events.size(), last + 1) << "its end does not follow at once";
     }
     client = MakeRef<RecordingSocket>(events);
@@ -35,7 +35,7 @@ TEST_F(HTTPTest, HearsNothingMoreOnceItIsLetGoOf) {
     client->Noted = [&] { other = nullptr; };
     other->Noted = [&] { client = nullptr; };
     for (const auto& each : {client, other}) each->Get(server.At("/"));
-    PumpUntil([&] { return !events.empty(); });
+    ServeUntil([&] { return !events.empty(); });
     EXPECT_EQ(events, (Lines{"Connected", "gone"})) << "by the event of another, due in the same turn";
 }
 
@@ -158,7 +158,7 @@ TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
         client->Get(server.At("/"));
         TakeRequest();
         Beside([&] { server.Send(head); });
-        PumpUntil([&] { return client->Lookahead().size() == head.size(); });
+        ServeUntil([&] { return client->Lookahead().size() == head.size(); });
         const std::clock_t before = std::clock();
         for (const char byte : std::string(1 << 12, 'x') + ending + ending + "b")
             Answer(std::string(1, byte));

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "platform/files/SpecialFolders.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -15,7 +15,7 @@
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
 #include "platform/ui/Application.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -12,7 +12,7 @@
 
 #include "platform/files/FileSystem.h"
 #include "platform/files/TiffPages.h"
-#include "support/TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 namespace varnith::test {
 

@@ -10,7 +10,7 @@
 #include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
 #include "results/Item.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -1,7 +1,7 @@
 #include <filesystem>
 
 #include "platform/system/AssignedApplication.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "platform/base/Text.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -3,7 +3,7 @@
 #include "platform/base/Text.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -5,7 +5,7 @@
 #include <random>
 
 #include "platform/threads/Workers.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -2,7 +2,7 @@
 
 #include "platform/system/Shell.h"
 #include "settings/Prefs.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -54,7 +54,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
             EXPECT_EQ(Table().horizontalHeader()->fontMetrics().height(), Table().fontMetrics().height());
             EXPECT_LT(Table().rowHeight(0), 24);
             Main().StaticText2.SetText("1234567890 file(s)");
-            WaitFor([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
+            ServeUntil([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
             ExpectRoomForTexts(*frame);
             frame->findChild<QComboBox*>()->setFocus();
             for (const Ref<MenuItem>& entry :
@@ -79,12 +79,12 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 Press("w");
                 Press("shift+w");
                 Press(keys);
-                WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+                ServeUntil([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
                 EXPECT_EQ(desktop.quit_status, std::nullopt);
-                WaitFor([&] { return QApplication::focusWidget() == frame->findChild<QComboBox*>(); });
+                ServeUntil([&] { return QApplication::focusWidget() == frame->findChild<QComboBox*>(); });
             }
             Press(keys);
-            WaitFor([&] { return desktop.quit_status == 0; });
+            ServeUntil([&] { return desktop.quit_status == 0; });
         });
     }
 }
@@ -109,7 +109,7 @@ TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
         for (const int line : {226, 258}) QTest::mouseClick(about.childAt(150, line + 10), Qt::LeftButton);
         EXPECT_EQ(desktop.urls, Lines({"http://www.varnith.example", "http://varnith.example"}));
         frame->activateWindow();
-        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+        ServeUntil([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
         Application::Current().Choose(Main().HelpVisitWebsite());
         EXPECT_EQ(desktop.urls.size(), 3u);
     });
@@ -123,23 +123,23 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
         QGuiApplication::clipboard()->setText("1\r\n2\n3\r4");
         for (const char* keys : {"ctrl+v", "super+v", "ctrl+shift+v", "super+shift+v"}) {
             w.EditField3.SetText("über\U0001F600 all");
-            WaitFor([&] { return details.toPlainText() == "über\U0001F600 all"; });
+            ServeUntil([&] { return details.toPlainText() == "über\U0001F600 all"; });
             details.setFocus();
             details.moveCursor(QTextCursor::Start);
             ASSERT_TRUE(details.find("\U0001F600 "));
             Press(keys);
             Press("v");
             Press("Return");
-            WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
+            ServeUntil([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
         }
         // The same over itself: what is typed next comes behind it.
         QGuiApplication::clipboard()->setText(details.toPlainText());
         details.selectAll();
         Press("ctrl+v");
         Press("x");
-        WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
+        ServeUntil([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
         Press("Tab");
-        WaitFor([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
+        ServeUntil([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
 
         // It stays as it is in a line too, when the window is drawn.
         auto& address = *support.findChild<QLineEdit*>();
@@ -147,9 +147,9 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
         address.setFocus();
         address.paste();
         w.SetTitle("drawn");
-        WaitFor([&] { return support.windowTitle() == "drawn"; });
+        ServeUntil([&] { return support.windowTitle() == "drawn"; });
         Press("x");
-        WaitFor([&] { return w.EditField1.Text() == "a\tb\ncx"; });
+        ServeUntil([&] { return w.EditField1.Text() == "a\tb\ncx"; });
     });
 }
 
@@ -161,7 +161,7 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
         window->Init("http://127.0.0.1:70000/New.tar.gz");
         QMainWindow& offer = Front();
         const auto& details = *offer.findChildren<QLabel*>()[1];
-        WaitFor([&] { return details.text().contains("newer version of available"); });
+        ServeUntil([&] { return details.text().contains("newer version of available"); });
         EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
         EXPECT_EQ(Buttons(offer), 0);
@@ -173,24 +173,24 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
             SCOPED_TRACE(other->windowTitle().toStdString());
             const auto activate = [&] {
                 Do({"windowactivate", QString::number(other->winId())});
-                WaitFor([&] { return other->isActiveWindow(); });
+                ServeUntil([&] { return other->isActiveWindow(); });
             };
             activate();
             EXPECT_EQ(Entries(*frame->menuBar()),
                       "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
             QTest::mouseClick(other->windowHandle(), Qt::LeftButton, {}, {18, other->height() - 15});
-            WaitFor([&] { return offer.isActiveWindow(); });
+            ServeUntil([&] { return offer.isActiveWindow(); });
             activate();
             for (const char* keys : {"w", "ctrl+w"}) Press(keys);
-            WaitFor([&] { return offer.isActiveWindow(); });
+            ServeUntil([&] { return offer.isActiveWindow(); });
         }
         EXPECT_FALSE(Main().CheckBox4.Value());
         EXPECT_EQ(SupportWindow::Instance()->EditField1.Text(), "");
         EXPECT_EQ(window->Downloader->ErrorCode(), 0);
         frame->activateWindow();
-        WaitFor([&] { return frame->isActiveWindow(); });
+        ServeUntil([&] { return frame->isActiveWindow(); });
         Press("Return");
-        WaitFor([&] { return window->Downloader->ErrorCode() != 0; });
+        ServeUntil([&] { return window->Downloader->ErrorCode() != 0; });
         EXPECT_TRUE(offer.isVisible() && support.isVisible());
         EXPECT_FALSE(desktop.quit_status);
         frame->close();
@@ -205,7 +205,7 @@ TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
             QElapsedTimer time;
             time.start();
             QTimer::singleShot(0, frame, [&] {
-                WaitFor([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
+                ServeUntil([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
                 EXPECT_LT(time.elapsed(), 5'000);
                 const QWidget& box = *QApplication::activeModalWidget();
                 EXPECT_LE(box.width(), box.screen()->size().width());
@@ -226,14 +226,14 @@ TEST_F(OtherWindowsTest, ThoseOfAnotherProgramAreBroughtToTheFront) {
     Work([&] {
         QProcess other;
         other.start("xmessage", {"other"});
-        WaitFor([&] { return !frame->isActiveWindow(); });
+        ServeUntil([&] { return !frame->isActiveWindow(); });
         // It doesn't say itself whose the window is.
         QProcess::execute("xprop", {"-name", "xmessage", "-f", "_NET_WM_PID", "32c", "-set", "_NET_WM_PID",
                                     QString::number(other.processId())});
         frame->activateWindow();
-        WaitFor([&] { return frame->isActiveWindow(); });
+        ServeUntil([&] { return frame->isActiveWindow(); });
         Desktop::Current().BringToFront(other.processId());
-        WaitFor([&] { return !frame->isActiveWindow(); });
+        ServeUntil([&] { return !frame->isActiveWindow(); });
         other.kill();
         other.waitForFinished();
     });

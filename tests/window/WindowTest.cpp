@@ -23,7 +23,7 @@ QMainWindow& WindowTest::Front() {
         const auto is_active = [&] { return QApplication::activeWindow() == found; };
         // A window manager may leave a new window behind; its user would then click on it.
         if (!QTest::qWaitFor(is_active, 2'000)) Do({"windowactivate", QString::number(found->winId())});
-        WaitFor(is_active);
+        ServeUntil(is_active);
         return *found;
     }
     throw std::runtime_error("no window " + title);
@@ -38,12 +38,12 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
     Work([&] {
         const auto resize = [&](const QSize& size, const QSize& contents) {
             frame->resize(size);
-            WaitFor([&] { return frame->centralWidget()->size() == contents; });
+            ServeUntil([&] { return frame->centralWidget()->size() == contents; });
             EXPECT_EQ(QSize(Main().Width(), Main().Height()), contents);
         };
         const auto expect_columns = [&](const QList<int>& expected) {
             QList<int> widths;
-            WaitFor([&] {
+            ServeUntil([&] {
                 widths.clear();
                 for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
                 return widths == expected;
@@ -69,7 +69,7 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
         expect_columns({30, name - 100, 65, path + 80, 75});
         const int width = Table().viewport()->width();
         for (int i = 0; i < 60; ++i) Main().Listbox1.AddRow("");
-        WaitFor([&] { return Table().viewport()->width() < width; });
+        ServeUntil([&] { return Table().viewport()->width() < width; });
         const int bar = width - Table().viewport()->width();
         expect_columns({30, name - 100, 65, path + 80 - bar, 75});
 
@@ -85,7 +85,7 @@ TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
         expect_columns({30, name - 100, 65, path + 230 - bar, 75});
         resize({300, 300}, {774, 670});
         Main().Listbox1.DeleteAllRows();
-        WaitFor([&] { return Table().viewport()->width() == width; });
+        ServeUntil([&] { return Table().viewport()->width() == width; });
         expect_columns({30, name - 100, 65, path + 230 - bar, 75});
     });
 }
@@ -113,7 +113,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
     Work([&] {
         const Listbox& list = Main().Listbox1;
         const auto wait_for_rows = [&] {
-            WaitFor([&, rows = list.ListCount()] { return list.ListCount() > rows + 100; });
+            ServeUntil([&, rows = list.ListCount()] { return list.ListCount() > rows + 100; });
         };
         QTest::mouseClick(frame->findChild<QCheckBox*>(), Qt::LeftButton, {}, QPoint(8, 10));
         desktop.choose = [&] { return documents.Path(); };
@@ -122,13 +122,13 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, QPoint(10, Centre(1, 0).y()));
         Table().scrollToBottom();
         frame->resize(900, 800);
-        WaitFor([&] { return Table().width() > 860; });
+        ServeUntil([&] { return Table().width() > 860; });
         Opened(Main().HelpSupport());
         wait_for_rows();
         EXPECT_TRUE(Main().Title().starts_with("Processing Item: ")) << "the scan was over too soon";
         SupportWindow::Instance()->Close();
         Scheduler::Current().SetSlice(std::chrono::milliseconds(8));
-        WaitFor([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });
+        ServeUntil([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });
         QString texts = Table().model()->index(0, 1).data().toString();
         for (const auto* label : frame->findChildren<QLabel*>())
             texts += "|" + label->text() + (label->alignment() & Qt::AlignRight ? " right" : " left");
@@ -138,7 +138,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         EXPECT_EQ(frame->findChild<QLineEdit*>()->text().toStdString(), documents.Path());
         EXPECT_TRUE(list.CellCheck(1, 0));
         Main().SetTitle("Processing Item: a[*].tif");
-        WaitFor([&] { return frame->windowHandle()->title() == "Processing Item: a[*].tif"; });
+        ServeUntil([&] { return frame->windowHandle()->title() == "Processing Item: a[*].tif"; });
     });
 }
 

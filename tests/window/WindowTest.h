@@ -3,11 +3,10 @@
 #include <QTest>
 #include <QtWidgets>
 #include <functional>
-#include <source_location>
 #include <string>
 
 #include "platform/qt/QtDesktop.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -38,13 +37,6 @@ class WindowTest : public ProgramTest {
   protected:
     // Starts the program and lets the user work, once its window is in front.
     void Work(const std::function<void()>& user);
-
-    // Waits for a condition while events are served; fails the test when it takes too long.
-    static void WaitFor(const std::function<bool()>& condition,
-                        std::source_location place = std::source_location::current()) {
-        if (!QTest::qWaitFor(condition, 10'000))
-            ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line())) << "it has not come";
-    }
 
     // The window that the program takes for the one in front, once it is.
     static QMainWindow& Front();

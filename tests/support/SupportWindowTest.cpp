@@ -3,9 +3,9 @@
 #include "app/App.h"
 #include "platform/base/Text.h"
 #include "support/FormInputs.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 #include "support/SupportWindow.h"
-#include "update/MakersServer.h"
+#include "helpers/MakersServer.h"
 
 namespace varnith::test {
 namespace {
