@@ -10,11 +10,11 @@
 #include <stdlib.h>
 
 #include "app/MainWindow.h"
-#include "platform/threads/Thread.h"
 #include "helpers/TemporaryFolder.h"
 #include "helpers/TestDesktop.h"
 #include "helpers/TestFileSystem.h"
 #include "helpers/WaitUntil.h"
+#include "platform/threads/Thread.h"
 
 namespace varnith::test {
 

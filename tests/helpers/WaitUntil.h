@@ -17,7 +17,8 @@ inline void WaitUntil(const std::function<bool()>& condition, const std::functio
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > limit) {
-            ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line())) << "what is waited for has not come";
+            ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line()))
+                << "what is waited for has not come";
             return;
         }
         turn();
@@ -27,7 +28,8 @@ inline void WaitUntil(const std::function<bool()>& condition, const std::functio
 // Serves the events that come in until then: those of sockets, of the threads' turns, and of the screen.
 inline void ServeUntil(const std::function<bool()>& condition,
                        std::source_location place = std::source_location::current()) {
-    WaitUntil(condition, [] { Desktop::Current().DoEvents(5); }, place);
+    WaitUntil(
+        condition, [] { Desktop::Current().DoEvents(5); }, place);
 }
 
 }  // namespace varnith::test

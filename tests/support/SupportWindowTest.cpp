@@ -1,11 +1,11 @@
 #include <thread>
 
 #include "app/App.h"
+#include "helpers/MakersServer.h"
+#include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
 #include "support/FormInputs.h"
-#include "helpers/ProgramTest.h"
 #include "support/SupportWindow.h"
-#include "helpers/MakersServer.h"
 
 namespace varnith::test {
 namespace {

@@ -7,10 +7,10 @@
 
 #include <unistd.h>
 
-#include "platform/ui/Application.h"
-#include "helpers/ProgramTest.h"
-#include "update/AutoUpdateWindow.h"
 #include "helpers/MakersServer.h"
+#include "helpers/ProgramTest.h"
+#include "platform/ui/Application.h"
+#include "update/AutoUpdateWindow.h"
 
 namespace varnith::test {
 

@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "platform/qt/QtDesktop.h"
 #include "helpers/ProgramTest.h"
+#include "platform/qt/QtDesktop.h"
 
 namespace varnith::test {
 
@@ -40,6 +40,7 @@ class WindowTest : public ProgramTest {
 
     // The window that the program takes for the one in front, once it is.
     static QMainWindow& Front();
+    static void Activate(const QWidget& window);
     // The window that an entry of the menus opens.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
 
@@ -49,13 +50,18 @@ class WindowTest : public ProgramTest {
         return Table().visualRect(Table().model()->index(row, column)).center();
     }
 
-    // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
+    // What the user does with the keyboard, as in "ctrl+w", and with the mouse. A window manager that is
+    // still about what it was asked before may leave a key to nobody, so that is waited for.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
     static void Click(const QPoint& on_screen, int times = 1) {
         Do({"mousemove", QString::number(on_screen.x()), QString::number(on_screen.y()), "click", "--repeat",
             QString::number(times), "1"});
     }
-    static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
+    static void Do(const QStringList& actions) {
+        WaitForWindowManager();
+        QProcess::execute("xdotool", actions);
+    }
+    static void WaitForWindowManager();
 
     // The main window.
     QMainWindow* frame = nullptr;
