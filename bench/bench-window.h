@@ -8,6 +8,7 @@
 
 #include "app/MainWindow.h"
 #include "app/Start.h"
+#include "platform/base/InForce.h"
 #include "platform/ui/Desktop.h"
 
 // The program without a display: its main window is there, and a work is done with it in place of the event
@@ -35,7 +36,7 @@ class BenchDesktop : public varnith::Desktop {
 
 inline int WithMainWindow(std::function<void(varnith::MainWindow&)> work) {
     BenchDesktop desktop(std::move(work));
-    const varnith::Desktop::InForce in_force(desktop);
+    const varnith::InForce<varnith::Desktop> in_force(desktop);
     return varnith::_Main();
 }
 

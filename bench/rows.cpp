@@ -74,9 +74,11 @@ void CompareExport(const std::vector<BareRow>& bare, const char* name, std::int3
 using Keys = std::vector<std::pair<std::string, std::int32_t>>;
 Keys KeysOf(const Listbox& list, std::int32_t column) {
     Keys keys;
-    for (std::int32_t row = 0; row < list.ListCount(); ++row)
-        keys.emplace_back(NaturalKey(list.Cell(row, column)) + (list.CellCheck(row, column) ? '1' : '0'),
-                          row);
+    for (std::int32_t row = 0; row < list.ListCount(); ++row) {
+        std::string& key = keys.emplace_back(std::string(), row).first;
+        AppendNaturalKey(key, list.Cell(row, column));
+        key += list.CellCheck(row, column) ? '1' : '0';
+    }
     return keys;
 }
 

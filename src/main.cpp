@@ -1,4 +1,5 @@
 #include "app/Start.h"
+#include "platform/base/InForce.h"
 #include "platform/qt/QtDesktop.h"
 
 int main(int /*argc*/, char** argv) {
@@ -6,6 +7,6 @@ int main(int /*argc*/, char** argv) {
     int count = 1;
     char* name[] = {argv[0], nullptr};
     varnith::QtDesktop desktop(count, name);
-    const varnith::Desktop::InForce in_force(desktop);
+    const varnith::InForce<varnith::Desktop> in_force(desktop);
     return varnith::_Main();
 }

@@ -7,10 +7,6 @@
 
 namespace varnith {
 
-namespace {
-constexpr std::int32_t SystemTextSize = 13;
-}
-
 MainWindow::MainWindow() {
     Layout();
     CreateControls();

@@ -4,6 +4,7 @@
 #include "export/ExcelWritterExtension.h"
 #include "export/TextExport.h"
 #include "platform/files/FileType.h"
+#include "platform/system/DocumentLaunch.h"
 #include "platform/ui/Dialogs.h"
 #include "platform/ui/Keyboard.h"
 
@@ -51,7 +52,7 @@ void Exporter::PushButton1_Action() {
         format == ExcelSpreadsheet ? FileType{".xls", "Excel Spreadsheet"} : FileType{".txt", "Text Export"};
     const auto file = GetSaveFolderItem(type.Text(), "Varnith" + type.Extensions);
     if (!file || !Write(format, file)) return;
-    file->Parent()->Launch(true);
+    LaunchDocument(file->Parent(), true);
     Close();
 }
 

@@ -9,7 +9,6 @@
 #include "http/InternetHeaders.h"
 #include "http/SOAPSocket.h"
 #include "platform/base/Dictionary.h"
-#include "platform/base/Guard.h"
 #include "platform/base/Ref.h"
 #include "platform/files/FolderItem.h"
 #include "platform/net/TCPSocket.h"

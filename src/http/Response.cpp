@@ -3,15 +3,14 @@
 
 #include "http/HTTPSocket.h"
 #include "platform/base/Base64.h"
+#include "platform/base/Event.h"
 #include "platform/base/Text.h"
 
 namespace varnith {
 
 template <class... Parameters, class... Arguments>
 void HTTPSocket::Raise(const std::function<void(Parameters...)>& event, const Arguments&... arguments) {
-    if (synchronous || !event || IsLetGo()) return;
-    const auto handler = event;
-    Guarded([&] { handler(arguments...); });
+    if (!synchronous && !IsLetGo()) RunSlot(nullptr, event, arguments...);
 }
 
 void HTTPSocket::SetError(std::int32_t code) {
@@ -138,12 +137,8 @@ void HTTPSocket::_ProcessPage() {
 bool HTTPSocket::_SetAuthentication() {
     std::string name;
     std::string password;
-    bool again = false;
     const std::string asker = _processingURL;
-    if (AuthenticationRequired && !IsLetGo()) {
-        const auto handler = AuthenticationRequired;
-        Guarded([&] { again = handler(_pageHeaders, name, password); });
-    }
+    const bool again = !IsLetGo() && RunSlot(nullptr, AuthenticationRequired, _pageHeaders, name, password);
     // Not for whom the handler has meanwhile started another request to. In one line, however long they are:
     // a line break would end the header in its middle.
     if (again && _processingURL == asker) _authenticationKey = "Basic " + EncodeBase64(name + ":" + password);

@@ -53,7 +53,7 @@ void About::CreateControls() {
     StaticText5.MouseDown = [this](std::int32_t x, std::int32_t y) { return StaticText5_MouseDown(x, y); };
     for (StaticText* text : {&StaticText1, &StaticText2, &StaticText3, &StaticText4, &StaticText5}) {
         text->SetTextAlign(TextAlign::Centre);
-        text->SetTextSize(13);
+        text->SetTextSize(SystemTextSize);
     }
 
     AddControl(Canvas3, {15, 10, 94, 93}, top_left, 7);

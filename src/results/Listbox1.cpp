@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 #include "platform/base/Text.h"
 #include "platform/files/FolderItem.h"
+#include "platform/system/DocumentLaunch.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Dialogs.h"
 
@@ -30,7 +31,7 @@ void MainWindow::Listbox1_DoubleClick() {
     const auto folder = GetFolderItem(Listbox1.Cell(Listbox1.ListIndex(), 3));
     const auto file = folder->Child(Listbox1.Cell(Listbox1.ListIndex(), 1));
     if (file && file->Exists())
-        file->Launch(true);
+        LaunchDocument(file, true);
     else
         MsgBox("File not found");
 }

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "BuildSettings.h"
-#include "app/MainWindow.h"
 #include "platform/base/RegEx.h"
 #include "platform/base/Text.h"
 #include "platform/net/Network.h"
@@ -16,8 +15,6 @@
 namespace varnith {
 
 namespace {
-
-constexpr std::int32_t SystemTextSize = 13;
 
 constexpr const char* AddressPattern =
     R"([a-z0-9!#$%&'*+/=?^_`{|}~-]+(?:\.[a-z0-9!#$%&'*+/=?^_`{|}~-]+)*@)"
@@ -136,11 +133,6 @@ bool SupportWindow::EditField3_KeyDown(const std::string& key) {
     Clipboard clipboard;
     EditField3.SetSelText(clipboard.Text());
     clipboard.Close();
-    return true;
-}
-
-bool MainWindow::_HelpSupport_Action() {
-    SupportWindow::Instance()->Show();
     return true;
 }
 

@@ -5,7 +5,6 @@
 #include "app/App.h"
 #include "platform/base/Exceptions.h"
 #include "platform/base/Text.h"
-#include "platform/threads/Workers.h"
 #include "helpers/ProgramTest.h"
 
 namespace varnith::test {
@@ -118,7 +117,7 @@ TEST_F(StartTest, LivesOnWithSomeExceptionsAndEndsWithAnyOtherWhereverRaised) {
                 EXPECT_EQ(Rows(), (Lines{"a.tif|1|.|tif"}));
                 EXPECT_EQ(Texts(), "Processing Item: b.tif|.||") << "the scan ends where it stands";
             }
-            Workers::WaitUntilQuiet();
+            WaitForWorkers();
             disk.fails = nullptr;
             Scan(documents.Path(), true);
             EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|3 file(s)|All,tif");

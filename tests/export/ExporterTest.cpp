@@ -104,7 +104,7 @@ TEST_F(ExporterTest, WritesIntoAFifoForAsLongAsItIsRead) {
     };
     picked = application / "fifo";
     ASSERT_EQ(mkfifo(picked->c_str(), 0600), 0);
-    FileHandle reader(open(picked->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor reader(open(picked->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     fcntl(reader.Descriptor(), F_SETPIPE_SZ, 4096);
     std::string all;
     Start([&] {

@@ -70,7 +70,8 @@ Lines ProgramTest::Rows() const {
 Lines ProgramTest::Tags() {
     Lines tags;
     for (const char tick : Ticks())
-        tags.push_back(Main().Listbox1.CellTag(static_cast<std::int32_t>(tags.size()), 0) + (tick == 'x' ? "*" : ""));
+        tags.push_back(Main().Listbox1.CellTag(static_cast<std::int32_t>(tags.size()), 0) +
+                       (tick == 'x' ? "*" : ""));
     return tags;
 }
 

@@ -90,8 +90,8 @@ class ProgramTest : public testing::Test {
 
     Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};
     Environment temporary_folder_{"TMPDIR", home.Path()};
-    Desktop::InForce desktop_in_force_{desktop};
-    FileSystem::Replacement disk_in_force_{disk};
+    InForce<Desktop> desktop_in_force_{desktop};
+    DiskInForce disk_in_force_{disk};
 };
 
 }  // namespace varnith::test

@@ -11,7 +11,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 
 namespace varnith::test {
 
@@ -38,7 +38,7 @@ class RawServer {
     std::string TakeRequest() {
         std::string request;
         if (!IsReady(listener_, Limit)) return request;
-        connection_ = FileHandle(accept4(listener_.Descriptor(), nullptr, nullptr, SOCK_CLOEXEC));
+        connection_ = FileDescriptor(accept4(listener_.Descriptor(), nullptr, nullptr, SOCK_CLOEXEC));
         const int on = 1;
         setsockopt(connection_.Descriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
         char piece[1 << 16];
@@ -76,7 +76,7 @@ class RawServer {
   private:
     static constexpr int Limit = 20'000;
 
-    static bool IsReady(const FileHandle& handle, int milliseconds) {
+    static bool IsReady(const FileDescriptor& handle, int milliseconds) {
         pollfd watched{handle.Descriptor(), POLLIN, 0};
         return poll(&watched, 1, milliseconds) > 0;
     }
@@ -90,8 +90,8 @@ class RawServer {
         return head + 4 + (length < head ? std::stoul(request.substr(length + Field.size())) : 0);
     }
 
-    FileHandle listener_{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
-    FileHandle connection_;
+    FileDescriptor listener_{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
+    FileDescriptor connection_;
     std::int32_t port_ = 0;
 };
 

@@ -4,11 +4,30 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "helpers/WaitUntil.h"
+#include "platform/base/InForce.h"
 #include "platform/files/OpenFolder.h"
+#include "platform/threads/Workers.h"
 
 namespace varnith::test {
+
+// Waits until no worker asks the disk any more.
+inline void WaitForWorkers() {
+    WaitUntil([] { return !Workers::AnyAtWork(); }, std::this_thread::yield);
+}
+
+// Puts a disk in force for a scope, at whose end no worker asks it any more.
+class DiskInForce {
+  public:
+    explicit DiskInForce(const FileSystem& disk) : in_force_(disk) {}
+    ~DiskInForce() { WaitForWorkers(); }
+
+  private:
+    InForce<const FileSystem> in_force_;
+};
 
 // The real disk, on which the executable lies where the test says, and on which a call fails on demand.
 class TestFileSystem : public FileSystem {
@@ -22,10 +41,10 @@ class TestFileSystem : public FileSystem {
     // The paths opened for reading so far.
     mutable std::vector<std::string> opened;
 
-    FileHandle OpenForReading(const std::string& path) const override {
+    FileDescriptor OpenForReading(const std::string& path) const override {
         return Opened(path, [&](const std::string& place) { return FileSystem::OpenForReading(place); });
     }
-    FileHandle OpenForReading(const OpenFolder& folder, const std::string& name) const override {
+    FileDescriptor OpenForReading(const OpenFolder& folder, const std::string& name) const override {
         return Opened(folder.PathOf(name),
                       [&](const std::string&) { return FileSystem::OpenForReading(folder, name); });
     }
@@ -38,7 +57,7 @@ class TestFileSystem : public FileSystem {
 
   private:
     template <class Open>
-    FileHandle Opened(const std::string& path, const Open& open) const {
+    FileDescriptor Opened(const std::string& path, const Open& open) const {
         {
             const std::lock_guard lock(mutex_);
             opened.push_back(path);

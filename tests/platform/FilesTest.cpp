@@ -23,12 +23,12 @@ class FailingDisk : public TestFileSystem {
         return status;
     }
 
-    bool Write(const FileHandle& file, std::string_view bytes) const override {
+    bool Write(const FileDescriptor& file, std::string_view bytes) const override {
         return Ok() && FileSystem::Write(file, bytes);
     }
-    bool Sync(const FileHandle& file) const override { return Ok() && FileSystem::Sync(file); }
-    FileHandle MakeFile(const std::string& path, std::uint32_t mode) const override {
-        return Ok() ? FileSystem::MakeFile(path, mode) : FileHandle();
+    bool Sync(const FileDescriptor& file) const override { return Ok() && FileSystem::Sync(file); }
+    FileDescriptor MakeFile(const std::string& path, std::uint32_t mode) const override {
+        return Ok() ? FileSystem::MakeFile(path, mode) : FileDescriptor();
     }
     bool Replace(const std::string& from, const std::string& to) const override {
         return Ok() && FileSystem::Replace(from, to);
@@ -50,7 +50,7 @@ struct FilesTest : testing::Test {
 
     TemporaryFolder folder;
     FailingDisk disk;
-    FileSystem::Replacement disk_in_force{disk};
+    DiskInForce disk_in_force{disk};
 };
 
 TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {

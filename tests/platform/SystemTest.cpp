@@ -127,8 +127,8 @@ TEST(OpenTest, StartsWithTheSignalsOfAShellAndSaysOneLineAtMost) {
     };
 
     const std::string terminal = folder.File("terminal");
-    const FileHandle before(dup(STDERR_FILENO));
-    dup2(FileHandle(open(terminal.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)).Descriptor(), STDERR_FILENO);
+    const FileDescriptor before(dup(STDERR_FILENO));
+    dup2(FileDescriptor(open(terminal.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC)).Descriptor(), STDERR_FILENO);
     const std::string document = folder.File("document.tif");
     OpenInAssignedApplication(document, "");
     EXPECT_EQ(opened(), document);
@@ -158,7 +158,7 @@ struct SystemInformationTest : testing::Test, TestFileSystem {
 
     const std::string memory = "/sys/devices/system/memory";
     TemporaryFolder folder;
-    FileSystem::Replacement in_force{*this};
+    DiskInForce in_force{*this};
 };
 
 TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
@@ -200,7 +200,7 @@ TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
 TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
     const TemporaryFolder folder;
     TestDesktop desktop;
-    const Desktop::InForce in_force(desktop);
+    const InForce<Desktop> in_force(desktop);
     const auto launch = [&](const char* name) {
         LaunchApplication(FolderItem::FromPath(folder / name), true);
     };
@@ -219,7 +219,7 @@ TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
         fs::remove(note);
         return process;
     };
-    const FileHandle not_handed_on(dup2(STDERR_FILENO, 100));  // far from numbers of its own
+    const FileDescriptor not_handed_on(dup2(STDERR_FILENO, 100));  // far from numbers of its own
     for (int i = 0; i < 3; ++i) launch("New Name");
     const pid_t process = started();
     ASSERT_GT(process, 0);

@@ -60,7 +60,7 @@ struct TiffPages : testing::Test {
         return CountPages(file);
     }
 
-    const FileHandle file{memfd_create("pages", MFD_CLOEXEC)};
+    const FileDescriptor file{memfd_create("pages", MFD_CLOEXEC)};
 };
 
 // A chain of directories without entries, in a classic file, each leading to the next of these places. A

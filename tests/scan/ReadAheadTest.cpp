@@ -4,7 +4,6 @@
 #include <mutex>
 #include <random>
 
-#include "platform/threads/Workers.h"
 #include "helpers/ProgramTest.h"
 
 namespace varnith::test {
@@ -94,7 +93,7 @@ TEST_F(ReadAheadTest, WhatHasChangedMeanwhileShowsAsItIsNow) {
         Main().CheckBox4.SetValue(true);
         Locate(documents.Path());
         RunThreadsUntil([] { return Main().Listbox1.ListCount() == 1; });
-        Workers::WaitUntilQuiet();
+        WaitForWorkers();
         documents.File("b/new.tif", TiffBytes(2));
         documents.File("e/new/1.tif", TiffBytes(2));
         documents.File("c.tif", TiffBytes(3));
@@ -177,7 +176,7 @@ TEST_F(ReadAheadTest, AScanThatGetsNoAnswerCanBeEndedAndAnotherDone) {
             EXPECT_EQ(share.GivenUp(), 0) << "neither waited for the share";
         });
         share.Answer();
-        Workers::WaitUntilQuiet();
+        WaitForWorkers();
     }
 }
 

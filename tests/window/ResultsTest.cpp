@@ -95,7 +95,10 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
             });
         };
         with_menu_at(table.visualRect(table.currentIndex()).center(), [](QMenu& menu) {
+            EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
             Click(menu.mapToGlobal(menu.actionGeometry(menu.actions()[3]).center()));
+            ServeUntil([&] { return !menu.isVisible(); });
+            menu.close();
         });
         QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
         QApplication::sendEvent(&table, &key);

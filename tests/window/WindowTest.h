@@ -68,7 +68,7 @@ class WindowTest : public ProgramTest {
     ScreenDesktop screen{desktop};
 
   private:
-    Desktop::InForce screen_in_force_{screen};
+    InForce<Desktop> screen_in_force_{screen};
 };
 
 }  // namespace varnith::test

@@ -5,7 +5,8 @@
 namespace varnith {
 
 // The failures that the platform raises. They carry no text: the program tells them apart by class, and
-// its handler of unhandled exceptions decides by class what becomes of them.
+// its handler of unhandled exceptions decides by class what becomes of them. Those without a comment are
+// raised by nothing on Linux. The handler knows them, so code that comes to raise one finds its place.
 class RuntimeException : public std::exception {};
 
 class FunctionNotFoundException : public RuntimeException {};

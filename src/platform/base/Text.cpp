@@ -129,11 +129,4 @@ void AppendNaturalKey(std::string& key, std::string_view text) {
     key += text;
 }
 
-std::string NaturalKey(std::string_view text) {
-    std::string key;
-    key.reserve(2 * text.size() + 8);
-    AppendNaturalKey(key, text);
-    return key;
-}
-
 }  // namespace varnith

@@ -54,9 +54,8 @@ std::string FoldCase(std::string_view text);
 
 // A key for the natural order, in which listings and sorted lists stand: runs of digits by their value, all
 // else by its bytes with ASCII case ignored, the bytes as they are as the tie-break; the same in every
-// locale. Texts are in natural order when their keys are in the order of their bytes. The first form appends
-// the key to a text. REQUIRES: the text holds no NUL.
+// locale. Texts are in natural order when their keys are in the order of their bytes. Appends the key to a
+// text, in which many keys may lie one after another. REQUIRES: the text holds no NUL.
 void AppendNaturalKey(std::string& key, std::string_view text);
-std::string NaturalKey(std::string_view text);
 
 }  // namespace varnith

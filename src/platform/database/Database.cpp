@@ -6,8 +6,8 @@
 
 #include <sqlite3.h>
 
-#include "platform/net/Waiting.h"
 #include "platform/threads/Scheduler.h"
+#include "platform/threads/Waiting.h"
 
 namespace varnith {
 

@@ -14,14 +14,12 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "platform/base/InForce.h"
 #include "platform/files/OpenFolder.h"
-#include "platform/threads/Workers.h"
 
 namespace varnith {
 
 namespace {
-
-const FileSystem* in_force = nullptr;
 
 FileKind KindOf(mode_t mode) {
     if (S_ISREG(mode)) return FileKind::Regular;
@@ -49,7 +47,7 @@ class Place {
         const std::size_t cut = std::string_view(path_, length_).rfind('/', PATH_MAX - 2);
         if (cut == std::string_view::npos || cut == 0) return false;
         const std::string piece(path_, cut);
-        folder_ = FileHandle(openat(Base(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        folder_ = FileDescriptor(openat(Base(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
         stepped_ = true;
         path_ += cut + 1;
         length_ -= cut + 1;
@@ -57,7 +55,7 @@ class Place {
     }
 
     const int base_;
-    FileHandle folder_;
+    FileDescriptor folder_;
     bool stepped_ = false;
     const char* path_;  // relative to the folder if there is one
     std::size_t length_;
@@ -81,7 +79,7 @@ void CopyAccessList(int from, int to) {
 }
 
 // Whether a FIFO takes more within the time that its reader is given.
-bool TakesMore(const FileHandle& file) {
+bool TakesMore(const FileDescriptor& file) {
     constexpr int Patience = 5'000;  // milliseconds
     pollfd writable{file.Descriptor(), POLLOUT, 0};
     return poll(&writable, 1, Patience) > 0;
@@ -118,36 +116,25 @@ void AppendEntries(int folder, const char* piece, std::size_t size, std::vector<
 
 }  // namespace
 
-FileHandle::FileHandle(FileHandle&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
+FileDescriptor FileSystem::OpenForReading(const std::string& path) const {
+    return FileDescriptor(Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY));
 }
 
-FileHandle::~FileHandle() {
-    if (descriptor_ >= 0) close(descriptor_);
-}
-
-FileHandle FileSystem::OpenForReading(const std::string& path) const {
-    return FileHandle(Place(path).Open(O_RDONLY | O_NONBLOCK | O_NOCTTY));
-}
-
-FileHandle FileSystem::OpenForReading(const OpenFolder& folder, const std::string& name) const {
+FileDescriptor FileSystem::OpenForReading(const OpenFolder& folder, const std::string& name) const {
     const auto opened = folder.Descriptor();
-    return FileHandle(
+    return FileDescriptor(
         openat(opened->Descriptor(), name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
-FileHandle FileSystem::OpenFolderAt(const std::string& path) const {
-    return FileHandle(Place(path).Open(O_RDONLY | O_DIRECTORY));
+FileDescriptor FileSystem::OpenFolderAt(const std::string& path) const {
+    return FileDescriptor(Place(path).Open(O_RDONLY | O_DIRECTORY));
 }
 
-FileHandle FileSystem::OpenFolderBelow(const FileHandle& folder, const std::string& path) const {
-    return FileHandle(Place(path, folder.Descriptor()).Open(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+FileDescriptor FileSystem::OpenFolderBelow(const FileDescriptor& folder, const std::string& path) const {
+    return FileDescriptor(Place(path, folder.Descriptor()).Open(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
 }
 
-std::size_t FileSystem::ReadAt(const FileHandle& file, void* bytes, std::size_t size,
+std::size_t FileSystem::ReadAt(const FileDescriptor& file, void* bytes, std::size_t size,
                                std::uint64_t offset) const {
     if (offset > static_cast<std::uint64_t>(INT64_MAX)) return 0;
     ssize_t count;
@@ -156,7 +143,7 @@ std::size_t FileSystem::ReadAt(const FileHandle& file, void* bytes, std::size_t 
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
-std::optional<FileStatus> FileSystem::Status(const FileHandle& file) const {
+std::optional<FileStatus> FileSystem::Status(const FileDescriptor& file) const {
     struct stat status;
     return ToStatus(fstat(file.Descriptor(), &status), status);
 }
@@ -199,7 +186,7 @@ std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {
     return Entries(OpenFolder(path));
 }
 
-std::string FileSystem::Contents(const FileHandle& file) const {
+std::string FileSystem::Contents(const FileDescriptor& file) const {
     const auto status = file ? Status(file) : std::nullopt;
     if (!status || status->kind != FileKind::Regular) return {};
     std::string contents;
@@ -209,16 +196,16 @@ std::string FileSystem::Contents(const FileHandle& file) const {
     return contents;
 }
 
-FileHandle FileSystem::OpenForWriting(const std::string& path, bool create) const {
+FileDescriptor FileSystem::OpenForWriting(const std::string& path, bool create) const {
     const int how = create ? O_CREAT | O_TRUNC : 0;
-    return FileHandle(Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how));
+    return FileDescriptor(Place(path).Open(O_WRONLY | O_NONBLOCK | O_NOCTTY | how));
 }
 
-FileHandle FileSystem::MakeFile(const std::string& path, std::uint32_t mode) const {
-    return FileHandle(Place(path).Open(O_WRONLY | O_CREAT | O_EXCL, mode));
+FileDescriptor FileSystem::MakeFile(const std::string& path, std::uint32_t mode) const {
+    return FileDescriptor(Place(path).Open(O_WRONLY | O_CREAT | O_EXCL, mode));
 }
 
-void FileSystem::MakeAlike(const FileHandle& file, const FileHandle& model) const {
+void FileSystem::MakeAlike(const FileDescriptor& file, const FileDescriptor& model) const {
     struct stat status;
     if (fstat(model.Descriptor(), &status) != 0) return;
     if (fchown(file.Descriptor(), status.st_uid, status.st_gid) != 0 &&
@@ -240,7 +227,7 @@ bool FileSystem::MayReplace(const std::string& path) const {
     return (folder->mode & S_ISVTX) == 0 || folder->owner == geteuid() || file->owner == geteuid();
 }
 
-bool FileSystem::Write(const FileHandle& file, std::string_view bytes) const {
+bool FileSystem::Write(const FileDescriptor& file, std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = write(file.Descriptor(), bytes.data(), bytes.size());
         if (count < 0 && (errno == EINTR || (errno == EAGAIN && TakesMore(file)))) continue;
@@ -250,7 +237,7 @@ bool FileSystem::Write(const FileHandle& file, std::string_view bytes) const {
     return true;
 }
 
-bool FileSystem::Sync(const FileHandle& file) const {
+bool FileSystem::Sync(const FileDescriptor& file) const {
     return fsync(file.Descriptor()) == 0;
 }
 
@@ -304,14 +291,7 @@ std::string FileSystem::ExecutablePath() const {
 
 const FileSystem& FileSystem::Current() {
     static const FileSystem real;
-    return in_force ? *in_force : real;
-}
-
-FileSystem::Replacement::Replacement(const FileSystem& other) : previous_(std::exchange(in_force, &other)) {}
-
-FileSystem::Replacement::~Replacement() {
-    Workers::WaitUntilQuiet();
-    in_force = previous_;
+    return InForce<const FileSystem>::Or(real);
 }
 
 }  // namespace varnith

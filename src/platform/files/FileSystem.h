@@ -7,23 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/FileDescriptor.h"
+
 namespace varnith {
-
-// An open file descriptor, closed with its object. Movable; an empty one holds nothing.
-class FileHandle {
-  public:
-    FileHandle() = default;
-    explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
-    FileHandle(FileHandle&& other) noexcept;
-    FileHandle& operator=(FileHandle&& other) noexcept;
-    ~FileHandle();
-
-    explicit operator bool() const { return descriptor_ >= 0; }
-    int Descriptor() const { return descriptor_; }
-
-  private:
-    int descriptor_ = -1;
-};
 
 enum class FileKind { Regular, Directory, Link, Other };
 
@@ -51,23 +37,23 @@ class FileSystem {
     virtual ~FileSystem() = default;
 
     // Opens a file for reading, never waiting for the other end of a FIFO. Empty on failure.
-    virtual FileHandle OpenForReading(const std::string& path) const;
+    virtual FileDescriptor OpenForReading(const std::string& path) const;
 
     // The same for an entry of a folder, by its name.
-    virtual FileHandle OpenForReading(const OpenFolder& folder, const std::string& name) const;
+    virtual FileDescriptor OpenForReading(const OpenFolder& folder, const std::string& name) const;
 
     // Opens a folder, to list it and to reach what lies below it: one of an absolute path, where links are
     // followed, or one that a relative path leads to from an open folder. Empty for anything but a folder,
     // and for a link at the end of a relative path.
-    FileHandle OpenFolderAt(const std::string& path) const;
-    FileHandle OpenFolderBelow(const FileHandle& folder, const std::string& path) const;
+    FileDescriptor OpenFolderAt(const std::string& path) const;
+    FileDescriptor OpenFolderBelow(const FileDescriptor& folder, const std::string& path) const;
 
     // Reads up to `size` bytes at an offset, in one call. Returns the number of bytes read: maybe fewer, 0
     // only behind the end of the file or on failure.
-    virtual std::size_t ReadAt(const FileHandle& file, void* bytes, std::size_t size,
+    virtual std::size_t ReadAt(const FileDescriptor& file, void* bytes, std::size_t size,
                                std::uint64_t offset) const;
 
-    virtual std::optional<FileStatus> Status(const FileHandle& file) const;
+    virtual std::optional<FileStatus> Status(const FileDescriptor& file) const;
 
     // The status of what a path leads to: links are followed.
     virtual std::optional<FileStatus> Status(const std::string& path) const;
@@ -85,28 +71,28 @@ class FileSystem {
 
     // The whole of a small text file; empty when it can't be read.
     std::string Contents(const std::string& path) const { return Contents(OpenForReading(path)); }
-    std::string Contents(const FileHandle& file) const;
+    std::string Contents(const FileDescriptor& file) const;
 
     // Opens a file for writing from its start on. With `create` it is made if it is missing, else emptied;
     // without, it has to be there and keeps what it holds. Empty on failure.
-    virtual FileHandle OpenForWriting(const std::string& path, bool create) const;
+    virtual FileDescriptor OpenForWriting(const std::string& path, bool create) const;
 
     // Makes a file where nothing is yet, with that mode less what the user's mask takes off, and opens it for
     // writing. Empty on failure.
-    virtual FileHandle MakeFile(const std::string& path, std::uint32_t mode) const;
+    virtual FileDescriptor MakeFile(const std::string& path, std::uint32_t mode) const;
 
     // Gives an open file the permissions of another, and its group and owner as far as this user may.
-    virtual void MakeAlike(const FileHandle& file, const FileHandle& model) const;
+    virtual void MakeAlike(const FileDescriptor& file, const FileDescriptor& model) const;
 
     // Whether this user may put another file in the place of one: its folder says so, and not the file.
     virtual bool MayReplace(const std::string& path) const;
 
     // Writes the bytes where the write before it ended. A reader of a FIFO that has fallen back is given some
     // seconds to take more. False if they could not all be written.
-    virtual bool Write(const FileHandle& file, std::string_view bytes) const;
+    virtual bool Write(const FileDescriptor& file, std::string_view bytes) const;
 
     // Waits until the disk has what was written. False if it could not take all of it: some tell so only now.
-    virtual bool Sync(const FileHandle& file) const;
+    virtual bool Sync(const FileDescriptor& file) const;
 
     // Makes a folder, for the user alone, and those above it, as far as they are missing.
     virtual void MakeFolders(const std::string& path) const;
@@ -131,20 +117,8 @@ class FileSystem {
     // The path of the running executable.
     virtual std::string ExecutablePath() const;
 
-    // The one in force: the real disk, unless a test has put another in its place.
+    // The real disk, unless another is in force: InForce<const FileSystem>.
     static const FileSystem& Current();
-
-    // Puts another file system in force for as long as it lives. REQUIRES: made and dropped in pairs.
-    class Replacement {
-      public:
-        explicit Replacement(const FileSystem& other);
-        Replacement(const Replacement&) = delete;
-        Replacement& operator=(const Replacement&) = delete;
-        ~Replacement();
-
-      private:
-        const FileSystem* previous_;
-    };
 };
 
 }  // namespace varnith

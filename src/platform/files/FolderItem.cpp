@@ -1,7 +1,10 @@
 #include "platform/files/FolderItem.h"
 
+#include <memory>
 #include <sstream>
 #include <utility>
+
+#include <glib.h>
 
 #include "platform/base/Text.h"
 #include "platform/files/FileSystem.h"
@@ -9,7 +12,6 @@
 #include "platform/files/MoveItem.h"
 #include "platform/files/PlainDisk.h"
 #include "platform/files/ReadAhead.h"
-#include "platform/ui/Desktop.h"
 
 namespace varnith {
 
@@ -59,9 +61,8 @@ void FolderItem::SetName(const std::string& name) {
 }
 
 std::string FolderItem::ShellPath() const {
-    std::string quoted = "'";
-    for (const char c : AbsolutePath()) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    return quoted + "'";
+    const std::unique_ptr<gchar, void (*)(gpointer)> quoted(g_shell_quote(AbsolutePath().c_str()), g_free);
+    return quoted.get();
 }
 
 Ref<FolderItem> FolderItem::Child(const std::string& name) {
@@ -136,10 +137,6 @@ Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& /*file_type*/)
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile() const {
     return StreamInto<BinaryStream>(OutputFile::Over(AbsolutePath()));
-}
-
-void FolderItem::Launch(bool to_front) const {
-    Desktop::Current().OpenDocument(AbsolutePath(), to_front);
 }
 
 Ref<FolderItem> ExecutableItem() {

@@ -92,10 +92,6 @@ class FolderItem : public RefCounted {
     // Opens a file that exists for writing over it from its start; nil if that can't be done.
     Ref<BinaryStream> OpenAsBinaryFile() const;
 
-    // Opens the document or folder in the application that the desktop assigns to it, and brings that one to
-    // the front if asked for. The item itself is never run, whatever its mode says. Failure is silent.
-    void Launch(bool to_front) const;
-
   protected:
     // A listing of the folder, and where a walk goes on to ask for its entries.
     struct Snapshot {

@@ -13,9 +13,9 @@ constexpr std::size_t PieceSize = 256 << 10;
 
 bool CopyBytes(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();
-    const FileHandle source = disk.OpenForReading(from);
+    const FileDescriptor source = disk.OpenForReading(from);
     const auto status = source ? disk.Status(source) : std::nullopt;
-    const FileHandle target = status ? disk.OpenForWriting(to, true) : FileHandle();
+    const FileDescriptor target = status ? disk.OpenForWriting(to, true) : FileDescriptor();
     if (!target) return false;
     std::string piece(PieceSize, '\0');
     std::int64_t copied = 0;

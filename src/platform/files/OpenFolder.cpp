@@ -27,21 +27,21 @@ std::string OpenFolder::PathOf(std::string_view entry) const {
     return (Path() == "/" ? "" : Path()) + "/" + std::string(entry);
 }
 
-std::shared_ptr<const FileHandle> OpenFolder::Held() const {
+std::shared_ptr<const FileDescriptor> OpenFolder::Held() const {
     const std::lock_guard lock(mutex_);
     return descriptor_;
 }
 
-std::shared_ptr<const FileHandle> OpenFolder::Descriptor() const {
+std::shared_ptr<const FileDescriptor> OpenFolder::Descriptor() const {
     if (auto held = Held()) return held;
-    auto opened = std::make_shared<const FileHandle>(Open());
+    auto opened = std::make_shared<const FileDescriptor>(Open());
     const std::lock_guard lock(mutex_);
     if (!descriptor_ && *opened) descriptor_ = opened;
     return opened;
 }
 
 // From the nearest folder above that has its descriptor.
-FileHandle OpenFolder::Open() const {
+FileDescriptor OpenFolder::Open() const {
     const FileSystem& disk = FileSystem::Current();
     std::string path = name_;
     for (const OpenFolder* above = above_.get(); above; above = above->above_.get()) {

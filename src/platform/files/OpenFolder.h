@@ -26,21 +26,21 @@ class OpenFolder {
 
     // The folder's descriptor. It is opened by the first call and kept, and opened anew after LetGo. Empty if
     // the folder can't be opened. Never null.
-    std::shared_ptr<const FileHandle> Descriptor() const;
+    std::shared_ptr<const FileDescriptor> Descriptor() const;
 
     // Closes the descriptor as soon as nobody uses it, so that a deep tree doesn't take all that the process
     // may have. One folder in 64, counted downwards, keeps it: the others are opened anew from the nearest.
     void LetGo() const;
 
   private:
-    std::shared_ptr<const FileHandle> Held() const;
-    FileHandle Open() const;
+    std::shared_ptr<const FileDescriptor> Held() const;
+    FileDescriptor Open() const;
 
     const std::shared_ptr<const OpenFolder> above_;  // null for the folder of a path
     const std::string name_;                         // of that one the path
     const std::size_t depth_ = 0;
     mutable std::mutex mutex_;
-    mutable std::shared_ptr<const FileHandle> descriptor_;
+    mutable std::shared_ptr<const FileDescriptor> descriptor_;
 };
 
 }  // namespace varnith

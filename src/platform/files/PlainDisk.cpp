@@ -6,7 +6,7 @@ namespace varnith {
 
 namespace {
 
-bool IsRegular(const FileSystem& disk, const FileHandle& file) {
+bool IsRegular(const FileSystem& disk, const FileDescriptor& file) {
     const auto status = disk.Status(file);
     return status && status->kind == FileKind::Regular;
 }
@@ -15,7 +15,7 @@ bool IsRegular(const FileSystem& disk, const FileHandle& file) {
 
 std::optional<std::int32_t> PlainDisk::CountPagesOf(const OpenFolder& folder, const ListedEntry& file) {
     const FileSystem& disk = FileSystem::Current();
-    const FileHandle opened = disk.OpenForReading(folder, std::string(file.name));
+    const FileDescriptor opened = disk.OpenForReading(folder, std::string(file.name));
     // An entry that was a regular file in the listing is taken at its word, since asking is one call more for
     // each file. What it may have become instead can't be read at an offset, or holds no TIFF header.
     const bool is_regular = file.kind == FileKind::Regular || (opened && IsRegular(disk, opened));

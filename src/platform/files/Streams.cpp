@@ -28,11 +28,11 @@ OutputFile OutputFile::Over(const std::string& path) {
 
 OutputFile OutputFile::Anew(const std::string& path) {
     const FileSystem& disk = FileSystem::Current();
-    FileHandle old = disk.OpenForWriting(path, false);
+    FileDescriptor old = disk.OpenForWriting(path, false);
     const auto status = old ? disk.Status(old) : disk.Status(path);
     if (old && status && status->kind != FileKind::Regular) return OutputFile(std::move(old));
     const std::string target = LeadsTo(path);
-    if (target.empty() || (status && !old)) return OutputFile(FileHandle());
+    if (target.empty() || (status && !old)) return OutputFile(FileDescriptor());
     if (status && !disk.MayReplace(target)) return OutputFile(disk.OpenForWriting(path, true));
 
     const std::string draft = NameBeside(target);

@@ -38,10 +38,10 @@ class OutputFile {
     void Close();
 
   private:
-    explicit OutputFile(FileHandle file) : file_(std::move(file)) {}
+    explicit OutputFile(FileDescriptor file) : file_(std::move(file)) {}
     void TakePlace();
 
-    FileHandle file_;
+    FileDescriptor file_;
     std::string waiting_;
     bool whole_ = true;  // all has been written so far
     // Of a file that grows beside its target: where it is now, and where it is to be.

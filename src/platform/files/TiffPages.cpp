@@ -19,7 +19,7 @@ constexpr std::int32_t MostPages = 1 << 20;
 // in one window. Of a large file only what lies around its directories is read.
 class Window {
   public:
-    explicit Window(const FileHandle& file) : file_(file) {}
+    explicit Window(const FileDescriptor& file) : file_(file) {}
 
     // The number at an offset, in the byte order that was set; nothing where the file has no such bytes.
     template <class Number>
@@ -53,7 +53,7 @@ class Window {
 
     static constexpr std::size_t LargestNumber = sizeof(std::uint64_t);
 
-    const FileHandle& file_;
+    const FileDescriptor& file_;
     bool swapped_ = false;
     std::uint64_t start_ = 0;
     std::size_t filled_ = 0;
@@ -64,7 +64,7 @@ class Window {
 // next directory, 0 in the last. BigTIFF has wider counts, entries and offsets.
 class Chain {
   public:
-    explicit Chain(const FileHandle& file) : window_(file) {}
+    explicit Chain(const FileDescriptor& file) : window_(file) {}
 
     // Reads the header. False if it is none of a TIFF file.
     bool Begin() {
@@ -162,7 +162,7 @@ std::int32_t Count(Chain& chain) {
 
 }  // namespace
 
-std::optional<std::int32_t> CountPages(const FileHandle& file) {
+std::optional<std::int32_t> CountPages(const FileDescriptor& file) {
     Chain chain(file);
     if (!chain.Begin()) return std::nullopt;
     return Count(chain);

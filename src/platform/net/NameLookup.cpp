@@ -10,13 +10,13 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 
 namespace varnith {
 
 // Shared by who asked and the worker, whichever of them lives longer.
 struct NameLookup::Answer {
-    FileHandle ready{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    FileDescriptor ready{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::atomic<bool> done = false;
     std::vector<std::string> addresses;
 

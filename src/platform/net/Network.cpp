@@ -1,8 +1,8 @@
 #include "platform/net/Network.h"
 
 #include "platform/net/NameLookup.h"
-#include "platform/net/Waiting.h"
 #include "platform/threads/Scheduler.h"
+#include "platform/threads/Waiting.h"
 
 namespace varnith {
 

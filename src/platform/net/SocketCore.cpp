@@ -1,7 +1,7 @@
 #include "platform/net/SocketCore.h"
 
 #include "platform/base/Guard.h"
-#include "platform/net/Waiting.h"
+#include "platform/threads/Waiting.h"
 
 namespace varnith {
 

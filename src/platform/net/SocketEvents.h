@@ -4,7 +4,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 
 namespace varnith {
 
@@ -35,7 +35,7 @@ class SocketEvents {
     void Forget(std::uint64_t ticket, int descriptor);
 
   private:
-    FileHandle queue_;
+    FileDescriptor queue_;
     // By ticket: what was ready before, but has been forgotten by now, finds nobody.
     std::unordered_map<std::uint64_t, SocketCore*> watched_;
     std::uint64_t last_ticket_ = 0;

@@ -94,7 +94,7 @@ bool TCPSocket::StartConnecting(const std::string& numeric_address) {
     if (getaddrinfo(numeric_address.c_str(), std::to_string(Port).c_str(), &wanted, &first) != 0)
         return false;
     const std::unique_ptr<addrinfo, void (*)(addrinfo*)> remote(first, freeaddrinfo);
-    FileHandle opened(socket(first->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    FileDescriptor opened(socket(first->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (!opened) return false;
     if (connect(opened.Descriptor(), first->ai_addr, first->ai_addrlen) != 0 && errno != EINPROGRESS)
         return false;

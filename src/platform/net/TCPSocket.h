@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 #include "platform/net/SocketCore.h"
 
 namespace varnith {
@@ -67,7 +67,7 @@ class TCPSocket : public SocketCore, public Readable, public Writeable {
     State state_ = State::Closed;
     std::unique_ptr<NameLookup> lookup_;
     std::vector<std::string> addresses_;  // those not tried yet, the next one last
-    FileHandle connection_;
+    FileDescriptor connection_;
     std::string to_send_;
     std::size_t sent_ = 0;  // bytes at the front of `to_send_` that have gone out
     std::string received_;

@@ -87,7 +87,7 @@ void ListboxWidget::ShareRest(int first_column) {
 
 void ListboxWidget::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    ShareRest();
+    if (event->size().width() != event->oldSize().width()) ShareRest();
 }
 
 // Qt makes the first row the current one when the focus comes; here no row is highlighted until the user

@@ -1,6 +1,5 @@
 #include "platform/system/AssignedApplication.h"
 
-#include <cstdio>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -8,6 +7,7 @@
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 
+#include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
 #include "platform/system/ChildProcess.h"
 
@@ -25,14 +25,6 @@ using Owned = std::unique_ptr<T, Releaser>;
 struct GErrorFreer {
     void operator()(GError* error) const { g_error_free(error); }
 };
-
-void TellFailure(const std::string& what, const std::string& reason) {
-    std::string line = "Varnith: can't open " + what + ": " + reason;
-    // A name may hold line ends, and what a terminal takes for commands.
-    for (char& c : line)
-        if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
-    std::fprintf(stderr, "%s\n", line.c_str());
-}
 
 // The application for a file whose name tells its kind; none for other items. GIO by itself takes an empty
 // file for a text, whatever its name.
@@ -58,9 +50,10 @@ bool Start(const Owned<GAppInfo>& application, char* address, GAppLaunchContext*
 void TellFailureOfBrowser(const std::string& address, int status) {
     constexpr int NoBrowser = 3;
     constexpr int NoXdgOpen = 127;
-    TellFailure(address, status == NoBrowser   ? "there is no browser"
-                         : status == NoXdgOpen ? "xdg-open is missing"
-                                               : "the browser can't be started");
+    TellFailure("open", address,
+                status == NoBrowser   ? "there is no browser"
+                : status == NoXdgOpen ? "xdg-open is missing"
+                                      : "the browser can't be started");
 }
 
 }  // namespace
@@ -76,11 +69,11 @@ void OpenInAssignedApplication(const std::string& path, const std::string& start
     if (!application) application.reset(g_file_query_default_handler(file.get(), nullptr, &error));
     if (application && Start(application, address.get(), context.get(), &error)) return;
     const std::unique_ptr<GError, GErrorFreer> failure(error);
-    TellFailure(path, failure->message);
+    TellFailure("open", path, failure->message);
 }
 
 void OpenInBrowser(const std::string& address) {
-    const FileHandle nowhere = FileSystem::Current().OpenForWriting("/dev/null", false);
+    const FileDescriptor nowhere = FileSystem::Current().OpenForWriting("/dev/null", false);
     const pid_t process = StartProcess({"/usr/bin/env", "xdg-open", address}, nowhere, nowhere);
     if (process == 0) return TellFailureOfBrowser(address, -1);
     // Where there is no desktop, it lasts as long as the browser does.

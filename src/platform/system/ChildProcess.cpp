@@ -14,7 +14,7 @@ namespace {
 // What is to be different in the new process.
 class Changes {
   public:
-    Changes(const FileHandle& output, const FileHandle& errors) {
+    Changes(const FileDescriptor& output, const FileDescriptor& errors) {
         posix_spawn_file_actions_init(&files);
         posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         if (output) posix_spawn_file_actions_adddup2(&files, output.Descriptor(), STDOUT_FILENO);
@@ -43,7 +43,8 @@ class Changes {
 
 }  // namespace
 
-pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output, const FileHandle& errors) {
+pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& output,
+                   const FileDescriptor& errors) {
     const Changes changes(output, errors);
     std::vector<char*> pointers;
     for (std::string& argument : arguments) pointers.push_back(argument.data());

@@ -5,7 +5,7 @@
 
 #include <sys/types.h>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 
 namespace varnith {
 
@@ -13,8 +13,8 @@ namespace varnith {
 // terminal, with no input and none of this program's open files. What it writes goes to the two given files,
 // or where this program's own output goes if they are empty. The arguments begin with the program's absolute
 // path. Returns the process id, or 0 if the program could not be started.
-pid_t StartProcess(std::vector<std::string> arguments, const FileHandle& output = {},
-                   const FileHandle& errors = {});
+pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& output = {},
+                   const FileDescriptor& errors = {});
 
 // Waits for the end of a process that was started so, and returns its exit status, -1 if a signal has ended
 // it. REQUIRES: it has not been seen to end.

@@ -7,7 +7,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "platform/files/FileSystem.h"
+#include "platform/base/FileDescriptor.h"
 #include "platform/system/ChildProcess.h"
 
 namespace varnith {
@@ -19,8 +19,8 @@ struct Stream {
     Stream() {
         std::array<int, 2> ends{-1, -1};
         if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-        ours = FileHandle(ends[0]);
-        theirs = FileHandle(ends[1]);
+        ours = FileDescriptor(ends[0]);
+        theirs = FileDescriptor(ends[1]);
     }
 
     // Reads a piece, waiting for it. False at the end of the stream.
@@ -31,8 +31,8 @@ struct Stream {
         return count > 0 || (count < 0 && errno == EINTR);
     }
 
-    FileHandle ours;
-    FileHandle theirs;
+    FileDescriptor ours;
+    FileDescriptor theirs;
     std::string text;
 };
 

@@ -6,15 +6,13 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 #include <sys/resource.h>
 
 namespace varnith {
 
 namespace {
-
-// The jobs that have begun and not ended, in the whole program.
-std::atomic<std::size_t> jobs_in_work = 0;
 
 // What a thread has spent its time on since the object was made, in seconds.
 class Stopwatch {
@@ -87,15 +85,12 @@ struct Workers::State : std::enable_shared_from_this<State> {
         jobs.pop_front();
         if (job->dropped) return;
         ++busy;
-        ++jobs_in_work;
         lock.unlock();
         const Stopwatch watch;
         job->Run();
         const double taken = watch.Elapsed();
         const double worked = watch.Working(taken);
         job->done.store(true, std::memory_order_release);
-        --jobs_in_work;
-        jobs_in_work.notify_all();
         lock.lock();
         --busy;
         Remember(taken, worked);
@@ -125,7 +120,19 @@ struct Workers::State : std::enable_shared_from_this<State> {
     bool ended = false;
 };
 
-Workers::Workers(std::size_t least, std::size_t most) : state_(std::make_shared<State>(least, most)) {}
+namespace {
+
+// Those of the whole program, as long as they or one of their threads live.
+std::mutex all_mutex;
+std::vector<std::weak_ptr<Workers::State>> all;
+
+}  // namespace
+
+Workers::Workers(std::size_t least, std::size_t most) : state_(std::make_shared<State>(least, most)) {
+    const std::lock_guard lock(all_mutex);
+    std::erase_if(all, [](const auto& state) { return state.expired(); });
+    all.push_back(state_);
+}
 
 Workers::~Workers() {
     const std::lock_guard lock(state_->mutex);
@@ -150,8 +157,14 @@ void Workers::Wait(const Job& job, std::chrono::milliseconds most) {
     state_->somebody_waits = false;
 }
 
-void Workers::WaitUntilQuiet() {
-    while (const std::size_t count = jobs_in_work) jobs_in_work.wait(count);
+bool Workers::AnyAtWork() {
+    const std::lock_guard lock(all_mutex);
+    return std::any_of(all.begin(), all.end(), [](const auto& each) {
+        const auto state = each.lock();
+        if (!state) return false;
+        const std::lock_guard state_lock(state->mutex);
+        return state->busy > 0;
+    });
 }
 
 }  // namespace varnith

@@ -41,8 +41,10 @@ class Workers {
         Wait(*answer.job_, most);
     }
 
-    // Waits until no job of any of the workers has begun and not ended.
-    static void WaitUntilQuiet();
+    // Whether a job of any workers has begun and not ended. Workers that are gone count while it lasts.
+    static bool AnyAtWork();
+
+    struct State;
 
   private:
     struct Job {
@@ -53,7 +55,6 @@ class Workers {
     };
     template <class Work>
     struct JobOf;
-    struct State;
 
     void Add(std::shared_ptr<Job> job);
     void Wait(const Job& job, std::chrono::milliseconds most);

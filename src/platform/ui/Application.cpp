@@ -9,6 +9,7 @@
 #include <signal.h>
 
 #include "platform/base/Guard.h"
+#include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Desktop.h"
 #include "platform/ui/Dialogs.h"
@@ -124,7 +125,7 @@ void Application::Choose(const Ref<MenuItem>& item) {
 }
 
 void Application::Handle(const std::exception& error) {
-    if (Event_UnhandledException(error)) return;
+    if (Event_UnhandledException(error)) return TraceException(error);
     const std::string report = std::string("Unexpected error: ") + error.what();
     std::fprintf(stderr, "%s (%s)\n", report.c_str(), typeid(error).name());
     MsgBox(report);

@@ -5,7 +5,7 @@
 #include <string>
 #include <type_traits>
 
-#include "platform/base/Guard.h"
+#include "platform/base/Event.h"
 #include "platform/base/Ref.h"
 #include "platform/ui/Observed.h"
 
@@ -31,6 +31,9 @@ struct Locks {
 };
 
 enum class TextAlign : std::uint8_t { Left = 0, Centre = 1, Right = 2 };
+
+// The size of the texts in the program's windows, in pixels.
+constexpr std::int32_t SystemTextSize = 13;
 
 // What all controls have. A control holds its state and its event slots and works with no window system; a
 // view shows it while its window is open. The user's actions come in through the same operations that a
@@ -68,22 +71,11 @@ class Control : public Observed {
     bool Enabled() const { return enabled_; }
 
   protected:
-    // Runs a slot of the control, if there is one, inside the guard of event handlers. The slot may close
-    // the control's window. Returns what the slot does; without one, or when an exception leaves it, the
-    // plain value of the type.
+    // Runs a slot of the control, which may close the control's window.
     template <class Result, class... Arguments>
     Result Fire(const std::function<Result(Arguments...)>& slot,
                 std::type_identity_t<Arguments>... arguments) {
-        if (!slot) return Result();
-        const Ref<RefCounted> alive(owner_);
-        const auto handler = slot;
-        if constexpr (std::is_void_v<Result>) {
-            Guarded([&] { handler(arguments...); });
-        } else {
-            Result result{};
-            Guarded([&] { result = handler(arguments...); });
-            return result;
-        }
+        return RunSlot(owner_, slot, arguments...);
     }
 
   private:

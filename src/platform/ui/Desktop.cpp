@@ -1,18 +1,14 @@
 #include "platform/ui/Desktop.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <poll.h>
 
+#include "platform/base/InForce.h"
 #include "platform/net/SocketEvents.h"
 #include "platform/threads/Scheduler.h"
 
 namespace varnith {
-
-namespace {
-Desktop* in_force = nullptr;
-}
 
 void Desktop::DoEvents(std::int32_t milliseconds) {
     const auto sockets = SocketEvents::Current();
@@ -24,13 +20,7 @@ void Desktop::DoEvents(std::int32_t milliseconds) {
 
 Desktop& Desktop::Current() {
     static Desktop without_display;
-    return in_force ? *in_force : without_display;
-}
-
-Desktop::InForce::InForce(Desktop& desktop) : previous_(std::exchange(in_force, &desktop)) {}
-
-Desktop::InForce::~InForce() {
-    in_force = previous_;
+    return InForce<Desktop>::Or(without_display);
 }
 
 }  // namespace varnith

@@ -111,20 +111,8 @@ class Desktop {
     virtual bool IsCommandKeyDown() const { return false; }
     virtual bool IsControlKeyDown() const { return false; }
 
-    // The one in force: the desktop without a display, until another is put in its place.
+    // The desktop without a display, unless another is in force: InForce<Desktop>.
     static Desktop& Current();
-
-    // Puts a desktop in force for as long as it lives. REQUIRES: made and dropped in pairs.
-    class InForce {
-      public:
-        explicit InForce(Desktop& desktop);
-        InForce(const InForce&) = delete;
-        InForce& operator=(const InForce&) = delete;
-        ~InForce();
-
-      private:
-        Desktop* previous_;
-    };
 };
 
 }  // namespace varnith

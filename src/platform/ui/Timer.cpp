@@ -1,6 +1,6 @@
 #include "platform/ui/Timer.h"
 
-#include "platform/base/Guard.h"
+#include "platform/base/Event.h"
 
 namespace varnith {
 
@@ -20,10 +20,7 @@ void Timer::Restart() {
 }
 
 void Timer::Fire() {
-    if (!Action) return;
-    const Ref<RefCounted> alive(&owner_);
-    const auto handler = Action;
-    Guarded(handler);
+    RunSlot(&owner_, Action);
 }
 
 }  // namespace varnith

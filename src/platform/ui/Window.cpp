@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/base/Guard.h"
+#include "platform/base/Event.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/Screen.h"
 
@@ -80,10 +80,7 @@ void Window::AddMenuHandler(const std::string& name, std::function<bool()> handl
 
 bool Window::RunMenuHandler(const std::string& name) {
     if (!HasMenuHandler(name)) return false;
-    const Ref<Window> alive(this);
-    bool handled = false;
-    Guarded([&] { handled = menu_handlers_.Value(name)(); });
-    return handled;
+    return RunSlot(this, menu_handlers_.Value(name));
 }
 
 bool Window::PressKey(const std::string& key) {

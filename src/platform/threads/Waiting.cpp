@@ -1,4 +1,4 @@
-#include "platform/net/Waiting.h"
+#include "platform/threads/Waiting.h"
 
 #include <algorithm>
 #include <chrono>
