@@ -14,7 +14,8 @@
 namespace varnith::test {
 
 void RunThreadsUntil(const std::function<bool()>& condition, std::source_location place) {
-    WaitUntil(condition, [] { Scheduler::Current().Turn(); }, place);
+    WaitUntil(
+        condition, [] { Scheduler::Current().Turn(); }, place);
 }
 
 void RunThreads() {

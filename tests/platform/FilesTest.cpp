@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/files/SpecialFolders.h"
 #include "helpers/ProgramTest.h"
+#include "platform/files/SpecialFolders.h"
 
 namespace varnith::test {
 

@@ -1,7 +1,7 @@
 #include <filesystem>
 
-#include "platform/system/AssignedApplication.h"
 #include "helpers/ProgramTest.h"
+#include "platform/system/AssignedApplication.h"
 
 namespace varnith::test {
 

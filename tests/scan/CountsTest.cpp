@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/base/Text.h"
 #include "helpers/ProgramTest.h"
+#include "platform/base/Text.h"
 
 namespace varnith::test {
 

@@ -1,7 +1,6 @@
 #include "window/WindowTest.h"
 
 #include <algorithm>
-#include <future>
 
 #include "platform/ui/Application.h"
 #include "support/SupportWindow.h"
@@ -129,12 +128,8 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
     documents.File("a\n\xFF.tif", TiffBytes(2));
     for (int i = 0; i < 400; ++i)
         documents.File("d" + std::to_string(i % 20) + "/" + std::to_string(i) + ".tif");
-    // The disk tells nothing of one of them until it may.
-    std::promise<void> answer;
-    disk.fails = [answered = answer.get_future().share()](const std::string& path) {
-        if (path.ends_with("/d9/9.tif")) answered.wait();
-        return false;
-    };
+    HeldAnswer answer;
+    disk.fails = [&](const std::string& path) { return path.ends_with("/d9/9.tif") && answer.Wait(); };
     Work([&] {
         const Listbox& list = Main().Listbox1;
         QTest::mouseClick(frame->findChild<QCheckBox*>(), Qt::LeftButton, {}, QPoint(8, 10));
@@ -147,7 +142,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         ServeUntil([&] { return Table().width() > 860; });
         Opened(Main().HelpSupport());
         const std::int32_t rows = list.ListCount();
-        answer.set_value();
+        answer.Tell();
         ServeUntil([&] { return list.ListCount() > rows; });
         SupportWindow::Instance()->Close();
         ServeUntil([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });
