@@ -10,8 +10,8 @@ place=$repository/build/bench
 runs=${BENCH_RUNS:-$([ "${BENCH_SIZE:-}" = small ] && echo 1 || echo 5)}
 table=${0##*/}
 mkdir -p "$place/figures"
-# shellcheck source=../tests/e2e/main-window.sh
-. tests/e2e/main-window.sh
+# shellcheck source=../tools/screen/main-window.sh
+. tools/screen/main-window.sh
 patience=1800
 
 is_small() {

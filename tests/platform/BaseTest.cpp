@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include "platform/base/Date.h"
 #include "platform/base/Dictionary.h"
 #include "platform/base/RegEx.h"
 #include "platform/base/Text.h"
-#include "platform/ui/Listbox.h"
 
 namespace varnith::test {
 
@@ -73,17 +71,6 @@ TEST(Date, ReadsWritesAndCountsDays) {
                                 "2008/06/24", "2008-06-2.", "99999999999999-01-01"})
         date.SetSQLDate(no_date);
     EXPECT_EQ(date.SQLDate(), "2024-02-29") << "what is no date changes none";
-}
-
-TEST(Listbox, HoldsARepeatedTextOnce) {
-    const std::string path(10'000, 'p');
-    Listbox list;
-    list.SetColumns("Path", "");
-    const auto before = mallinfo2().uordblks;
-    for (int row = 0; row < 10'000; ++row) list.AddRow(path);
-    EXPECT_LT(mallinfo2().uordblks - before, 20'000'000u);
-    list.SetCell(0, 0, "other");
-    EXPECT_EQ(list.Cell(1, 0), path);
 }
 
 }  // namespace varnith::test

@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "helpers/ProgramTest.h"
 #include "platform/files/SpecialFolders.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 

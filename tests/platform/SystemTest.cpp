@@ -7,6 +7,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
 #include "platform/system/ApplicationLaunch.h"
 #include "platform/system/AssignedApplication.h"
@@ -15,30 +16,18 @@
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
 #include "platform/ui/Application.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
 namespace fs = std::filesystem;
 
 struct SchedulerTest : testing::Test {
-    struct Script : Thread {
-        std::function<void()> body;
-        void Event_Run() override { body(); }
-    };
-
     SchedulerTest() { scheduler.SetSlice(std::chrono::milliseconds(0)); }
     ~SchedulerTest() override { scheduler.KillAll(); }
 
-    static Ref<Script> Run(const std::function<void()>& body) {
-        const auto thread = MakeRef<Script>();
-        thread->body = body;
-        thread->Run();
-        return thread;
-    }
     // It writes its letter in that many turns, and a dot when its stack is left, in whatever way.
-    Ref<Script> Writer(char letter, int times) {
-        return Run([this, letter, times] {
+    Ref<Beside> Writer(char letter, int times) {
+        return MakeRef<Beside>([this, letter, times] {
             const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
             for (int i = 0; i < times; ++i, Yield()) log += letter;
         });
@@ -77,7 +66,7 @@ TEST_F(SchedulerTest, AThreadStandsAsideOrIsKilledWhereItStands) {
     a->Run();
     EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be run anew";
     a->Kill();
-    const auto killer = Run([&] { a->Kill(); });
+    const auto killer = MakeRef<Beside>([&] { a->Kill(); });
     a->Run();
     Writer('w', 9);
     EXPECT_EQ(LogAfterTurn(), "a.a.") << "killed in front of its turn; and another went with its last Ref";
@@ -228,7 +217,7 @@ TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
     EXPECT_FALSE(fs::exists("/proc/" + Str(process) + "/fd/" + Str(not_handed_on.Descriptor())));
 
     kill(process, SIGKILL);
-    while (kill(process, 0) == 0) launch("New Name");
+    WaitUntil([&] { return kill(process, 0) != 0; }, [&] { launch("New Name"); });
     const pid_t successor = started();
     ASSERT_GT(successor, 0);
     kill(successor, SIGKILL);

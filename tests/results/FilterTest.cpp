@@ -2,15 +2,11 @@
 #include <filesystem>
 #include <set>
 
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+#include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
 #include "platform/database/Database.h"
 #include "platform/threads/Scheduler.h"
 #include "results/Item.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -181,38 +177,6 @@ TEST_F(FilterTest, WaitsForWhoHasTheFileForAMoment) {
         EXPECT_EQ(SavedRows(), saved);
         EXPECT_TRUE(desktop.messages.empty());
     });
-}
-
-TEST_F(FilterTest, KeepsTheRowsOfOneOfTwoProgramsThatSaveAtOnce) {
-    constexpr int Rows = 5;
-    Lines saved_by[2];
-    for (const std::string folder : {"0", "1"})
-        for (int i = 0; i < Rows; ++i) {
-            const std::string name = std::to_string(i) + ".tif";
-            documents.File(folder + "/" + name);
-            saved_by[std::stoi(folder)].push_back(name + "|0|" + folder + "|tif");
-        }
-    int ends[2];
-    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    const pid_t child = fork();
-    const int self = child == 0;
-    const auto meet_the_other = [&] {
-        char byte = 0;
-        EXPECT_EQ(write(ends[self], &byte, 1) + read(ends[self], &byte, 1), 2);
-    };
-    Start([&] {
-        for (int round = 0; round < 100; ++round) {
-            meet_the_other();
-            Scan(documents / std::to_string(self), true);
-            meet_the_other();
-            const Lines saved = SavedRows();
-            EXPECT_TRUE(saved == saved_by[0] || saved == saved_by[1]) << testing::PrintToString(saved);
-        }
-    });
-    if (child == 0) _exit(HasFailure());
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
 }
 
 }  // namespace varnith::test

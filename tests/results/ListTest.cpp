@@ -1,7 +1,7 @@
 #include <filesystem>
 
+#include "helpers/ProgramTest.h"
 #include "platform/system/AssignedApplication.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 

@@ -1,9 +1,9 @@
 #include <filesystem>
 
+#include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Thread.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -23,22 +23,17 @@ struct LocateTest : ProgramTest {
     // The texts, the number of saved rows and that of redraws, each time that one of them is another at a
     // yield point of a scan.
     Lines MomentsOf(bool subfolders) {
-        struct Watcher : Thread {
-            std::function<void()> look;
-            void Event_Run() override {
-                for (;; Yield()) look();
-            }
-        };
         Lines moments;
-        const auto watcher = MakeRef<Watcher>();
-        watcher->look = [&] {
+        const auto look = [&] {
             const std::string moment =
                 Texts() + "|" + Str(std::ssize(SavedRows())) + "|" + Str(Main().Refreshes());
             if (moments.empty() || moments.back() != moment) moments.push_back(moment);
         };
-        watcher->Run();
+        const auto watcher = MakeRef<Beside>([&] {
+            for (;; Yield()) look();
+        });
         ScanUntil("mixed", subfolders, [] { return Main().Title().ends_with(" - Finished"); });
-        watcher->look();
+        look();
         return moments;
     }
     void ScanUntil(const std::string& folder, bool subfolders, const std::function<bool()>& condition) {

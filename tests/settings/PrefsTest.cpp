@@ -1,8 +1,8 @@
 #include <filesystem>
 
+#include "helpers/ProgramTest.h"
 #include "platform/system/Shell.h"
 #include "settings/Prefs.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 

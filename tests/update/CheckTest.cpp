@@ -75,7 +75,7 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         Serve({page});
         Start([&, &address = offered] {
             EXPECT_EQ(LastCheck(), today) << "a check that fails counts as made";
-            PumpUntil([&] { return HasServed() && !UpdateUtilities::checker->IsConnected(); });
+            ServeUntil([&] { return HasServed() && !UpdateUtilities::checker->IsConnected(); });
             EXPECT_EQ(Offered(), address);
             if (!Offer()) return;
             EXPECT_EQ(
@@ -95,10 +95,10 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         EXPECT_EQ(LastCheck(), later.SQLDate());
         Serve({Page("version=1.2.4\ndownload-mac=" + url_of_nobody)});
         UpdateUtilities::Check(true);
-        PumpUntil([] { return static_cast<bool>(Offer()); });
+        ServeUntil([] { return static_cast<bool>(Offer()); });
         EXPECT_EQ(LastCheck(), today);
         Offer()->ActionBtn.Press();
-        PumpUntil([] { return Offer()->Downloader->ErrorCode() != 0; });
+        ServeUntil([] { return Offer()->Downloader->ErrorCode() != 0; });
     });
     EXPECT_TRUE(MakeRef<UpdateChecker>()->TimeToCheck(nullptr));
     EXPECT_EQ(desktop.messages, Lines());

@@ -51,9 +51,9 @@ class InstallTest : public UpdateTest {
     void Update(const std::string& command_line, const std::string& name = "a.tar.gz") {
         Serve({Newer(name), Page(Archive(command_line))});
         Start([&] {
-            PumpUntil([] { return static_cast<bool>(Offer()); });
+            ServeUntil([] { return static_cast<bool>(Offer()); });
             Offer()->ActionBtn.Press();
-            PumpUntil([&] { return desktop.quit_status == 0; });
+            ServeUntil([&] { return desktop.quit_status == 0; });
         });
         EXPECT_EQ(desktop.messages, Lines());
     }
@@ -104,7 +104,7 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
     };
     Serve({Newer("a.tar.gz")});
     Start([&] {
-        PumpUntil([] { return static_cast<bool>(Offer()); });
+        ServeUntil([] { return static_cast<bool>(Offer()); });
         Run("mkdir -m 700 $T");
         const std::string outside = Holds(home.Path());
         for (const std::string& commands : cases) {
@@ -112,7 +112,7 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
             const std::string bytes = Archive(commands);
             Serve({Page(bytes)});
             Offer()->ActionBtn.Press();
-            PumpUntil([&] { return desktop.quit_status || !desktop.messages.empty(); });
+            ServeUntil([&] { return desktop.quit_status || !desktop.messages.empty(); });
             ExpectFailure();
             EXPECT_EQ(Offer()->ProgressBar1.Value(), 100);
             EXPECT_EQ(Holds(application.Path()), "Varnith.app=old");
@@ -143,10 +143,10 @@ TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
     const std::string page = Page(Archive(Pack));
     Serve({Newer("a.tar.gz")});
     Start([&] {
-        PumpUntil([] { return static_cast<bool>(Offer()); });
+        ServeUntil([] { return static_cast<bool>(Offer()); });
         Serve({Page("<p>", "404 Not Found")});
         Offer()->ActionBtn.Press();
-        PumpUntil([&] { return !desktop.messages.empty(); });
+        ServeUntil([&] { return !desktop.messages.empty(); });
         ExpectFailure();
         // An archive, and what counts as the application itself.
         for (const std::string name : {"Varnith", "a.tar.gz"}) {
@@ -154,7 +154,7 @@ TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
             for (std::size_t place = 0; place < page.size(); ++place) {
                 Serve({page.substr(0, place)}, place % 3 == 0);
                 Offer()->ActionBtn.Press();
-                PumpUntil([&] { return HasServed() && !Offer()->Downloader->IsConnected(); });
+                ServeUntil([&] { return HasServed() && !Offer()->Downloader->IsConnected(); });
                 ASSERT_EQ(Holds(application.Path()), "Varnith.app=old") << name << " at " << place;
             }
             EXPECT_GT(Offer()->ProgressBar1.Value(), 90);
@@ -163,7 +163,7 @@ TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
         Run("rm $T/Varnith");
         Serve({page});
         Offer()->ActionBtn.Press();
-        PumpUntil([&] { return desktop.quit_status == 0; });
+        ServeUntil([&] { return desktop.quit_status == 0; });
     });
     EXPECT_EQ(Left(), "Varnith.app=new | o-Varnith.app=old | started");
 }

@@ -7,24 +7,16 @@
 
 #include <unistd.h>
 
+#include "helpers/MakersServer.h"
+#include "helpers/ProgramTest.h"
 #include "platform/ui/Application.h"
-#include "support/ProgramTest.h"
 #include "update/AutoUpdateWindow.h"
-#include "update/MakersServer.h"
 
 namespace varnith::test {
 
 class UpdateTest : public ProgramTest {
   protected:
     void Start(const std::function<void()>& user) { EXPECT_EQ(ProgramTest::Start(user), 0); }
-
-    // Serves the events that come in until the condition holds.
-    static void PumpUntil(const std::function<bool()>& condition) {
-        RunThreadsUntil([&] {
-            Desktop::Current().DoEvents(5);
-            return condition();
-        });
-    }
 
     // Answers so many requests, one after the other, each with a page, head and all, or what there is of it
     // before the connection is reset.

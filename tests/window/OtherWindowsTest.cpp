@@ -54,7 +54,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
             EXPECT_EQ(Table().horizontalHeader()->fontMetrics().height(), Table().fontMetrics().height());
             EXPECT_LT(Table().rowHeight(0), 24);
             Main().StaticText2.SetText("1234567890 file(s)");
-            WaitFor([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
+            ServeUntil([&] { return frame->findChildren<QLabel*>()[1]->text() == "1234567890 file(s)"; });
             ExpectRoomForTexts(*frame);
             frame->findChild<QComboBox*>()->setFocus();
             for (const Ref<MenuItem>& entry :
@@ -69,7 +69,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 EXPECT_EQ(Buttons(window), 32);
                 ExpectRoomForTexts(window);
                 const QSize around = window.screen()->size() - window.size();
-                EXPECT_EQ(window.pos(), QPoint(around.width() / 2, around.height() / 2));
+                ServeUntil([&] { return window.pos() == QPoint(around.width() / 2, around.height() / 2); });
                 EXPECT_EQ(window.grab().toImage().pixelColor(5, 5) == QColor(Qt::white),
                           entry == Main().FileExport());
                 Main().Show();
@@ -79,12 +79,12 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 Press("w");
                 Press("shift+w");
                 Press(keys);
-                WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+                ServeUntil([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
                 EXPECT_EQ(desktop.quit_status, std::nullopt);
-                WaitFor([&] { return QApplication::focusWidget() == frame->findChild<QComboBox*>(); });
+                ServeUntil([&] { return QApplication::focusWidget() == frame->findChild<QComboBox*>(); });
             }
             Press(keys);
-            WaitFor([&] { return desktop.quit_status == 0; });
+            ServeUntil([&] { return desktop.quit_status == 0; });
         });
     }
 }
@@ -108,8 +108,8 @@ TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
                 << "nothing is drawn at " << place.left();
         for (const int line : {226, 258}) QTest::mouseClick(about.childAt(150, line + 10), Qt::LeftButton);
         EXPECT_EQ(desktop.urls, Lines({"http://www.varnith.example", "http://varnith.example"}));
-        frame->activateWindow();
-        WaitFor([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
+        Activate(*frame);
+        ServeUntil([] { return Application::Current().FrontWindow() == Ref<Window>(&Main()); });
         Application::Current().Choose(Main().HelpVisitWebsite());
         EXPECT_EQ(desktop.urls.size(), 3u);
     });
@@ -123,23 +123,23 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
         QGuiApplication::clipboard()->setText("1\r\n2\n3\r4");
         for (const char* keys : {"ctrl+v", "super+v", "ctrl+shift+v", "super+shift+v"}) {
             w.EditField3.SetText("über\U0001F600 all");
-            WaitFor([&] { return details.toPlainText() == "über\U0001F600 all"; });
+            ServeUntil([&] { return details.toPlainText() == "über\U0001F600 all"; });
             details.setFocus();
             details.moveCursor(QTextCursor::Start);
             ASSERT_TRUE(details.find("\U0001F600 "));
             Press(keys);
             Press("v");
             Press("Return");
-            WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
+            ServeUntil([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
         }
         // The same over itself: what is typed next comes behind it.
         QGuiApplication::clipboard()->setText(details.toPlainText());
         details.selectAll();
         Press("ctrl+v");
         Press("x");
-        WaitFor([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
+        ServeUntil([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rallx"; });
         Press("Tab");
-        WaitFor([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
+        ServeUntil([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
 
         // It stays as it is in a line too, when the window is drawn.
         auto& address = *support.findChild<QLineEdit*>();
@@ -147,9 +147,9 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
         address.setFocus();
         address.paste();
         w.SetTitle("drawn");
-        WaitFor([&] { return support.windowTitle() == "drawn"; });
+        ServeUntil([&] { return support.windowTitle() == "drawn"; });
         Press("x");
-        WaitFor([&] { return w.EditField1.Text() == "a\tb\ncx"; });
+        ServeUntil([&] { return w.EditField1.Text() == "a\tb\ncx"; });
     });
 }
 
@@ -161,7 +161,7 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
         window->Init("http://127.0.0.1:70000/New.tar.gz");
         QMainWindow& offer = Front();
         const auto& details = *offer.findChildren<QLabel*>()[1];
-        WaitFor([&] { return details.text().contains("newer version of available"); });
+        ServeUntil([&] { return details.text().contains("newer version of available"); });
         EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
         EXPECT_EQ(Buttons(offer), 0);
@@ -171,26 +171,23 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
         // What is done to another window shows where the user's answer is wanted.
         for (QMainWindow* other : {&support, frame}) {
             SCOPED_TRACE(other->windowTitle().toStdString());
-            const auto activate = [&] {
-                Do({"windowactivate", QString::number(other->winId())});
-                WaitFor([&] { return other->isActiveWindow(); });
-            };
-            activate();
+            Activate(*other);
             EXPECT_EQ(Entries(*frame->menuBar()),
                       "&File:grey Export;&QuitCtrl+Q;Help:grey Support;grey Visit Website;;grey About;");
             QTest::mouseClick(other->windowHandle(), Qt::LeftButton, {}, {18, other->height() - 15});
-            WaitFor([&] { return offer.isActiveWindow(); });
-            activate();
-            for (const char* keys : {"w", "ctrl+w"}) Press(keys);
-            WaitFor([&] { return offer.isActiveWindow(); });
+            ServeUntil([&] { return offer.isActiveWindow(); });
+            for (const char* keys : {"w", "ctrl+w"}) {
+                Activate(*other);
+                Press(keys);
+                ServeUntil([&] { return offer.isActiveWindow(); });
+            }
         }
         EXPECT_FALSE(Main().CheckBox4.Value());
         EXPECT_EQ(SupportWindow::Instance()->EditField1.Text(), "");
         EXPECT_EQ(window->Downloader->ErrorCode(), 0);
-        frame->activateWindow();
-        WaitFor([&] { return frame->isActiveWindow(); });
+        Activate(*frame);
         Press("Return");
-        WaitFor([&] { return window->Downloader->ErrorCode() != 0; });
+        ServeUntil([&] { return window->Downloader->ErrorCode() != 0; });
         EXPECT_TRUE(offer.isVisible() && support.isVisible());
         EXPECT_FALSE(desktop.quit_status);
         frame->close();
@@ -202,11 +199,8 @@ TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
     Work([&] {
         for (const auto& [size, scrolls] : {std::pair(900, false), {1'000'000, true}}) {
             const std::string text = std::string(static_cast<std::size_t>(size), 'x') + "\n<b> end";
-            QElapsedTimer time;
-            time.start();
             QTimer::singleShot(0, frame, [&] {
-                WaitFor([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
-                EXPECT_LT(time.elapsed(), 5'000);
+                ServeUntil([] { return QApplication::activeWindow() == QApplication::activeModalWidget(); });
                 const QWidget& box = *QApplication::activeModalWidget();
                 EXPECT_LE(box.width(), box.screen()->size().width());
                 const auto* area = box.findChild<QPlainTextEdit*>();
@@ -226,14 +220,13 @@ TEST_F(OtherWindowsTest, ThoseOfAnotherProgramAreBroughtToTheFront) {
     Work([&] {
         QProcess other;
         other.start("xmessage", {"other"});
-        WaitFor([&] { return !frame->isActiveWindow(); });
+        ServeUntil([&] { return !frame->isActiveWindow(); });
         // It doesn't say itself whose the window is.
         QProcess::execute("xprop", {"-name", "xmessage", "-f", "_NET_WM_PID", "32c", "-set", "_NET_WM_PID",
                                     QString::number(other.processId())});
-        frame->activateWindow();
-        WaitFor([&] { return frame->isActiveWindow(); });
+        Activate(*frame);
         Desktop::Current().BringToFront(other.processId());
-        WaitFor([&] { return !frame->isActiveWindow(); });
+        ServeUntil([&] { return !frame->isActiveWindow(); });
         other.kill();
         other.waitForFinished();
     });

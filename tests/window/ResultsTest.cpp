@@ -13,7 +13,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         Listbox& list = Main().Listbox1;
         QTableView& table = Table();
         Scan(documents.Path(), false);
-        WaitFor([&] { return table.model()->rowCount() == 64; });
+        ServeUntil([&] { return table.model()->rowCount() == 64; });
         EXPECT_EQ(table.model()->headerData(1, Qt::Horizontal), "Name");
         frame->findChild<QCheckBox*>()->setFocus();
         table.setFocus();
@@ -33,7 +33,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         const auto press_alone = [&](Qt::Key key) {
             QElapsedTimer pause;
             pause.start();
-            WaitFor([&] { return pause.hasExpired(1); });
+            ServeUntil([&] { return pause.hasExpired(1); });
             return press(key);
         };
         EXPECT_EQ(press_alone(Qt::Key_B), 61);
@@ -64,7 +64,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         auto* header = table.horizontalHeader();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           {header->sectionViewportPosition(2) + 20, 8});
-        WaitFor([&] { return header->isSortIndicatorShown() && table.currentIndex().row() == 3; });
+        ServeUntil([&] { return header->isSortIndicatorShown() && table.currentIndex().row() == 3; });
         EXPECT_EQ(list.ListIndex(), 3) << "the row that was highlighted, where it is now";
         EXPECT_EQ(Tags()[3], "2*");
     });
@@ -75,12 +75,12 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
     Work([&] {
         QTableView& table = Table();
         Scan(documents.Path(), false);
-        WaitFor([&] { return table.model()->rowCount() == 3; });
+        ServeUntil([&] { return table.model()->rowCount() == 3; });
         // Below the rows there is nothing to open, and on the check box each click ticks besides.
         for (const QPoint& place :
              {Centre(1, 1), Centre(2, 1) + QPoint(0, 100), QPoint(10, Centre(0, 0).y()), Centre(2, 4)})
             Click(table.viewport()->mapToGlobal(place), 2);
-        WaitFor([&] { return desktop.opened.size() == 3; });
+        ServeUntil([&] { return desktop.opened.size() == 3; });
         EXPECT_EQ(desktop.opened, Lines({documents / "1.tif", documents / "0.tif", documents / "2.tif"}));
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_EQ(Ticks(), "---");
@@ -97,7 +97,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         with_menu_at(table.visualRect(table.currentIndex()).center(), [](QMenu& menu) {
             EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
             Click(menu.mapToGlobal(menu.actionGeometry(menu.actions()[3]).center()));
-            WaitFor([&] { return !menu.isVisible(); });
+            ServeUntil([&] { return !menu.isVisible(); });
             menu.close();
         });
         QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
@@ -125,7 +125,7 @@ TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
             Main().SetTitle(Main().Title() + ".");
         };
         const auto wait_for_frame = [&] {
-            WaitFor([&] { return frame->windowTitle().toStdString() == Main().Title(); });
+            ServeUntil([&] { return frame->windowTitle().toStdString() == Main().Title(); });
         };
         // What a scan fills the filter with while it shows "All" and "tif", its list open or not, and what
         // the user's pick of "tif" comes to.
@@ -145,7 +145,7 @@ TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
                 QTest::keyClick(open ? popup.view() : static_cast<QWidget*>(&popup), Qt::Key_End);
                 if (open) QTest::keyClick(popup.view(), Qt::Key_Return);
                 EXPECT_EQ(filter.Text(), picked);
-                WaitFor([&] { return popup.itemText(popup.count() - 1).toStdString() == entries.back(); });
+                ServeUntil([&] { return popup.itemText(popup.count() - 1).toStdString() == entries.back(); });
                 EXPECT_EQ(popup.currentText(), picked);
             }
         }

@@ -3,11 +3,10 @@
 #include <QTest>
 #include <QtWidgets>
 #include <functional>
-#include <source_location>
 #include <string>
 
+#include "helpers/ProgramTest.h"
 #include "platform/qt/QtDesktop.h"
-#include "support/ProgramTest.h"
 
 namespace varnith::test {
 
@@ -39,15 +38,9 @@ class WindowTest : public ProgramTest {
     // Starts the program and lets the user work, once its window is in front.
     void Work(const std::function<void()>& user);
 
-    // Waits for a condition while events are served; fails the test when it takes too long.
-    static void WaitFor(const std::function<bool()>& condition,
-                        std::source_location place = std::source_location::current()) {
-        if (!QTest::qWaitFor(condition, 10'000))
-            ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line())) << "it has not come";
-    }
-
     // The window that the program takes for the one in front, once it is.
     static QMainWindow& Front();
+    static void Activate(const QWidget& window);
     // The window that an entry of the menus opens.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
 
@@ -57,13 +50,18 @@ class WindowTest : public ProgramTest {
         return Table().visualRect(Table().model()->index(row, column)).center();
     }
 
-    // What the user does with the keyboard, as in "ctrl+w", and with the mouse.
+    // What the user does with the keyboard, as in "ctrl+w", and with the mouse. A window manager that is
+    // still about what it was asked before may leave a key to nobody, so that is waited for.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
     static void Click(const QPoint& on_screen, int times = 1) {
         Do({"mousemove", QString::number(on_screen.x()), QString::number(on_screen.y()), "click", "--repeat",
             QString::number(times), "1"});
     }
-    static void Do(const QStringList& actions) { QProcess::execute("xdotool", actions); }
+    static void Do(const QStringList& actions) {
+        WaitForWindowManager();
+        QProcess::execute("xdotool", actions);
+    }
+    static void WaitForWindowManager();
 
     // The main window.
     QMainWindow* frame = nullptr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -53,6 +54,14 @@ class RawServer {
     // Sends bytes. False if the client has gone.
     bool Send(std::string_view bytes) {
         return send(connection_.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == std::ssize(bytes);
+    }
+
+    // Sends a byte now and then for that long. False if the client goes meanwhile.
+    bool DripFor(std::chrono::milliseconds time) {
+        const auto end = std::chrono::steady_clock::now() + time;
+        while (std::chrono::steady_clock::now() < end)
+            if (!Send(".") || ClientGoesWithin(20)) return false;
+        return true;
     }
 
     // Ends the connection, in order or by a reset.

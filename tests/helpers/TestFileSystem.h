@@ -1,26 +1,43 @@
 #pragma once
 
-#include <chrono>
+#include <atomic>
 #include <functional>
+#include <future>
 #include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
-
+#include "helpers/WaitUntil.h"
 #include "platform/base/InForce.h"
 #include "platform/files/OpenFolder.h"
 #include "platform/threads/Workers.h"
 
 namespace varnith::test {
 
+// An answer that the disk keeps back until it may tell it.
+class HeldAnswer {
+  public:
+    // Keeps whoever asks waiting. Returns false: what is asked for doesn't fail.
+    bool Wait() {
+        ++waiting;
+        const auto told = told_;
+        told.wait();
+        return false;
+    }
+    void Tell() { promise_.set_value(); }
+
+    std::atomic<int> waiting = 0;
+
+  private:
+    std::promise<void> promise_;
+    const std::shared_future<void> told_ = promise_.get_future().share();
+};
+
 // Waits until no worker asks the disk any more.
 inline void WaitForWorkers() {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (Workers::AnyAtWork() && std::chrono::steady_clock::now() < limit) std::this_thread::yield();
-    EXPECT_FALSE(Workers::AnyAtWork());
+    WaitUntil([] { return !Workers::AnyAtWork(); }, std::this_thread::yield);
 }
 
 // Puts a disk in force for a scope, at whose end no worker asks it any more.

@@ -1,4 +1,4 @@
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 #include <chrono>
 
@@ -13,15 +13,9 @@
 
 namespace varnith::test {
 
-void RunThreadsUntil(const std::function<bool()>& condition) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > limit) {
-            ADD_FAILURE() << "what was waited for has not come";
-            return;
-        }
-        Scheduler::Current().Turn();
-    }
+void RunThreadsUntil(const std::function<bool()>& condition, std::source_location place) {
+    WaitUntil(
+        condition, [] { Scheduler::Current().Turn(); }, place);
 }
 
 void RunThreads() {

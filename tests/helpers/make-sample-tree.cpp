@@ -1,4 +1,4 @@
-#include "support/TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 // Makes a small tree of files below a folder, with what a scan meets in practice:  make-sample-tree FOLDER
 int main(int argc, char** argv) {

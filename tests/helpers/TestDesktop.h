@@ -34,29 +34,12 @@ class TestDesktop : public Desktop {
     std::vector<std::string> urls;
     std::vector<std::string> opened;
     std::optional<int> quit_status;
-    // What each timer that runs fires, and every how many milliseconds.
-    struct RunningTimer : TimerView {
-        ~RunningTimer() override { std::erase(desktop->timers, this); }
-
-        TestDesktop* desktop = nullptr;
-        std::int32_t period = 0;
-        std::function<void()> fire;
-    };
-    std::vector<RunningTimer*> timers;
 
     int RunEventLoop() override {
         user();
         return 0;
     }
     void Quit(int status) override { quit_status = status; }
-    std::unique_ptr<TimerView> StartTimer(std::int32_t period, std::function<void()> fire) override {
-        auto timer = std::make_unique<RunningTimer>();
-        timer->desktop = this;
-        timer->period = period;
-        timer->fire = std::move(fire);
-        timers.push_back(timer.get());
-        return timer;
-    }
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;

@@ -10,18 +10,20 @@
 #include <stdlib.h>
 
 #include "app/MainWindow.h"
+#include "helpers/TemporaryFolder.h"
+#include "helpers/TestDesktop.h"
+#include "helpers/TestFileSystem.h"
+#include "helpers/WaitUntil.h"
 #include "platform/threads/Thread.h"
-#include "support/TemporaryFolder.h"
-#include "support/TestDesktop.h"
-#include "support/TestFileSystem.h"
 
 namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
 // Gives the program's threads their turns, one yield point at a time, until the condition holds or, without
-// one, all have ended. Fails the test when it takes too long.
-void RunThreadsUntil(const std::function<bool()>& condition);
+// one, all have ended.
+void RunThreadsUntil(const std::function<bool()>& condition,
+                     std::source_location place = std::source_location::current());
 void RunThreads();
 
 // A thread of the program whose body is the test's.

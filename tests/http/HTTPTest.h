@@ -7,13 +7,12 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <poll.h>
 
+#include "helpers/RawServer.h"
+#include "helpers/TemporaryFolder.h"
+#include "helpers/WaitUntil.h"
 #include "http/HTTPSocket.h"
-#include "http/support/RawServer.h"
 #include "platform/base/Text.h"
-#include "platform/net/SocketEvents.h"
-#include "support/TemporaryFolder.h"
 
 namespace varnith::test {
 
@@ -55,21 +54,10 @@ class RecordingSocket : public HTTPSocket {
 
 class HTTPTest : public testing::Test {
   protected:
-    // Turns the event loop until the condition holds; fails the test when that takes too long.
-    static void PumpUntil(const std::function<bool()>& condition) {
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition()) {
-            ASSERT_LT(std::chrono::steady_clock::now(), limit) << "what was waited for does not come";
-            pollfd watched{SocketEvents::Current()->Descriptor(), POLLIN, 0};
-            poll(&watched, 1, 1);
-            SocketEvents::Current()->Serve();
-        }
-    }
-
     // Has the client's request come to the server; returns its bytes.
     std::string TakeRequest() {
         auto request = std::async(std::launch::async, [&] { return server.TakeRequest(); });
-        PumpUntil([&] { return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+        ServeUntil([&] { return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
         return request.get();
     }
 
@@ -77,12 +65,12 @@ class HTTPTest : public testing::Test {
     void Answer(const std::string& piece) {
         const std::size_t before = Noticed();
         server.Send(piece);
-        PumpUntil([&] { return Noticed() != before; });
+        ServeUntil([&] { return Noticed() != before; });
     }
     void AnswerAndClose(const std::string& piece) {
         if (!piece.empty()) Answer(piece);
         server.Close();
-        PumpUntil([&] { return !client->IsConnected(); });
+        ServeUntil([&] { return !client->IsConnected(); });
     }
 
     // Has a server's work done beside the client, which waits for it in one call: any, or the answer to one

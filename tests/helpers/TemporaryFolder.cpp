@@ -1,4 +1,4 @@
-#include "support/TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 #include <cstdint>
 #include <fstream>

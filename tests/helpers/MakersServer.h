@@ -1,6 +1,6 @@
 #pragma once
 
-#include "http/support/RawServer.h"
+#include "helpers/RawServer.h"
 
 namespace varnith::test {
 

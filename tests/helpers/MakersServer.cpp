@@ -1,4 +1,4 @@
-#include "update/MakersServer.h"
+#include "helpers/MakersServer.h"
 
 #include "BuildSettings.h"
 
