@@ -5,7 +5,7 @@
 #include "platform/files/ReadAhead.h"
 #include "platform/net/TCPSocket.h"
 #include "platform/system/Shell.h"
-#include "support/ProgramTest.h"
+#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 
