@@ -143,7 +143,6 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     template <class... Parameters, class... Arguments>
     void Raise(const std::function<void(Parameters...)>& event, const Arguments&... arguments);
 
-    // NOLINTBEGIN(readability-identifier-naming)
     Ref<InternetHeaders> _pageHeaders;
     std::string _server;
     std::string _path;
@@ -164,7 +163,6 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     std::int32_t timeoutSeconds = 0;
     std::int32_t mErrorCode = 0;
     bool threadProtection = false;
-    // NOLINTEND(readability-identifier-naming)
 
     // The unread bytes in which no end of the head was found, so that they are not searched again.
     std::size_t searched_length_ = 0;

@@ -80,10 +80,8 @@ class InternetHeaders : public RefCounted {
     std::string Formatted(std::string (*line_form)(std::string)) const;
     void Remove(const std::string& key);
 
-    // NOLINTBEGIN(readability-identifier-naming)
     Ref<Dictionary<std::string>> _Headers;
     std::string _rawHeaders;
-    // NOLINTEND(readability-identifier-naming)
     // By name: numbers up to this one are known to be taken. It spares AppendHeader the search from 1, which
     // a head with a great many headers of one name would make long.
     Dictionary<std::int32_t> taken_;

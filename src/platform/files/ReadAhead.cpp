@@ -67,11 +67,10 @@ ListingPointer ReadAhead::TakeListing(FolderQuestion& question) {
 }
 
 // The worker has met an exception, which the walk is to meet, too.
-ListingPointer ReadAhead::ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question) {
-    const std::shared_ptr<const OpenFolder> folder = folder_of_question;
+ListingPointer ReadAhead::ListAnew(std::shared_ptr<const OpenFolder> folder) {
     --listing_;
     Take();
-    return std::make_shared<const Listing>(folder);
+    return std::make_shared<const Listing>(std::move(folder));
 }
 
 std::optional<std::int32_t> ReadAhead::CountEntry(const ListingPointer& listing, std::size_t place) {

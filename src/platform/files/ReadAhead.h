@@ -93,7 +93,7 @@ class ReadAhead : public WalkSource {
     void Fold();
     void Drop(const Way::value_type& piece);
     ListingPointer TakeListing(FolderQuestion& question);
-    ListingPointer ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question);
+    ListingPointer ListAnew(std::shared_ptr<const OpenFolder> folder);
     std::size_t FilesAtOnce() const;
     bool HasRoomForListing() const;
     void KeepOpen(const std::shared_ptr<const OpenFolder>& folder);

@@ -42,7 +42,7 @@ class StackSide {
     }
 
   private:
-    void* fake_stack_ = nullptr;
+    [[maybe_unused]] void* fake_stack_ = nullptr;
 };
 
 // Runs its function at the end of the scope, left by a turn or by an unwinding.

@@ -50,6 +50,7 @@ class Desktop {
 
     // Calls something each time that so many milliseconds have gone by, from the event loop; nil without a
     // display, where nothing is ever called.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): a desktop with a display keeps it
     virtual std::unique_ptr<TimerView> StartTimer(std::int32_t /*period*/, std::function<void()> /*fire*/) {
         return nullptr;
     }
