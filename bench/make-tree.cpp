@@ -43,7 +43,7 @@ struct Tag {
 constexpr std::uint16_t Short = 3;
 constexpr std::uint16_t Long = 4;
 constexpr std::uint16_t StripOffsets = 273;
-constexpr Tag tags[] = {
+constexpr Tag Tags[] = {
     {254, Long, 2},  {256, Short, 8},         {257, Short, 1}, {258, Short, 1}, {259, Short, 1},
     {262, Short, 1}, {StripOffsets, Long, 0}, {278, Short, 1}, {279, Long, 1},
 };
@@ -70,8 +70,8 @@ std::string TiffBytes(int pages, Order order, std::uint32_t last_link = 0) {
         const auto data = static_cast<std::uint32_t>(bytes.size()) + 4;
         Append<std::uint32_t>(bytes, data + 2, order);
         bytes.append({'\x55', '\0'});
-        Append<std::uint16_t>(bytes, std::size(tags), order);
-        for (const Tag& tag : tags)
+        Append<std::uint16_t>(bytes, std::size(Tags), order);
+        for (const Tag& tag : Tags)
             AppendTag(bytes, tag, tag.number == StripOffsets ? data : tag.value, order);
     }
     Append<std::uint32_t>(bytes, last_link, order);

@@ -20,6 +20,7 @@ using BareRow = std::array<std::string, 4>;
 
 std::vector<BareRow> RowsOf(const Listbox& list) {
     std::vector<BareRow> rows;
+    rows.reserve(static_cast<std::size_t>(list.ListCount()));
     for (std::int32_t row = 0; row < list.ListCount(); ++row)
         rows.push_back({list.Cell(row, 1), list.Cell(row, 2), list.Cell(row, 3), list.Cell(row, 4)});
     return rows;

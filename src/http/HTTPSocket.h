@@ -153,7 +153,6 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     template <class... Parameters, class... Arguments>
     void Raise(const std::function<void(Parameters...)>& event, const Arguments&... arguments);
 
-    // NOLINTBEGIN(readability-identifier-naming)
     Ref<InternetHeaders> _pageHeaders;
     std::string _server;
     std::string _path;
@@ -174,7 +173,6 @@ class HTTPSocket : public TCPSocket, public _SOAPSocket {
     std::int32_t timeoutSeconds = 0;
     std::int32_t mErrorCode = 0;
     bool threadProtection = false;
-    // NOLINTEND(readability-identifier-naming)
 
     // The number of unread bytes that were searched for the end of the head without success. They are not
     // searched again.

@@ -81,10 +81,8 @@ class InternetHeaders : public RefCounted {
     std::string Formatted(std::string (*line_form)(std::string)) const;
     void Remove(const std::string& key);
 
-    // NOLINTBEGIN(readability-identifier-naming)
     Ref<Dictionary<std::string>> _Headers;
     std::string _rawHeaders;
-    // NOLINTEND(readability-identifier-naming)
     // For each name, the greatest number that is known to be taken. From there AppendHeader looks for a free
     // one. A search from 1 would take quadratic time for a head that repeats one name.
     Dictionary<std::int32_t> taken_;

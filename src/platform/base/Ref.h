@@ -38,7 +38,7 @@ class Ref {
     Ref(const Ref& other) : counted_(other.counted_) { Retain(); }
     Ref(Ref&& other) noexcept : counted_(std::exchange(other.counted_, nullptr)) {}
     template <std::derived_from<T> U>
-    Ref(const Ref<U>& other) : counted_(other.counted_) {  // NOLINT(google-explicit-constructor)
+    Ref(const Ref<U>& other) : counted_(other.counted_) {  // NOLINT(google-explicit-constructor): as a T*
         Retain();
     }
     ~Ref() { Release(); }

@@ -70,11 +70,10 @@ ListingPointer ReadAhead::TakeListing(FolderQuestion& question) {
 
 // A worker has caught an exception while listing this folder. Lists it on the walk's own thread, so that the
 // exception is thrown in the walk.
-ListingPointer ReadAhead::ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question) {
-    const std::shared_ptr<const OpenFolder> folder = folder_of_question;
+ListingPointer ReadAhead::ListAnew(std::shared_ptr<const OpenFolder> folder) {
     --listing_;
     Take();
-    return std::make_shared<const Listing>(folder);
+    return std::make_shared<const Listing>(std::move(folder));
 }
 
 std::optional<std::int32_t> ReadAhead::CountEntry(const ListingPointer& listing, std::size_t place) {

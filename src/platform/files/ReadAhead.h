@@ -98,7 +98,7 @@ class ReadAhead : public WalkSource {
     void Fold();
     void Drop(const Way::value_type& piece);
     ListingPointer TakeListing(FolderQuestion& question);
-    ListingPointer ListAnew(const std::shared_ptr<const OpenFolder>& folder_of_question);
+    ListingPointer ListAnew(std::shared_ptr<const OpenFolder> folder);
     std::size_t FilesAtOnce() const;
     std::size_t MostToAsk() const;
     bool HasRoomForListing() const;

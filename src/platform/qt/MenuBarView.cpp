@@ -11,9 +11,9 @@ namespace {
 
 // "Cmd+" in a shortcut means the Control key here.
 QKeySequence ToKeySequence(const std::string& shortcut) {
-    constexpr std::string_view command = "Cmd+";
-    if (!shortcut.starts_with(command)) return {};
-    return QKeySequence(QString::fromStdString("Ctrl+" + shortcut.substr(command.size())));
+    constexpr std::string_view Command = "Cmd+";
+    if (!shortcut.starts_with(Command)) return {};
+    return QKeySequence(QString::fromStdString("Ctrl+" + shortcut.substr(Command.size())));
 }
 
 void AddShortcutsOf(const MenuItem& menus, QWidget& window) {

@@ -52,6 +52,7 @@ pid_t StartProcess(std::vector<std::string> arguments, const FileDescriptor& out
                    const FileDescriptor& errors) {
     const Changes changes(output, errors);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     pid_t process = 0;

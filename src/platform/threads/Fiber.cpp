@@ -46,7 +46,7 @@ class StackSide {
     }
 
   private:
-    void* fake_stack_ = nullptr;
+    [[maybe_unused]] void* fake_stack_ = nullptr;
 };
 
 // Runs a function at the end of the scope, also when an exception or a kill unwinds the stack.

@@ -52,6 +52,7 @@ class Desktop {
 
     // Calls `fire` from the event loop each time that `period` milliseconds have passed, until the returned
     // object is destroyed. Returns nil without a display, where `fire` is never called.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): a desktop with a display keeps it
     virtual std::unique_ptr<TimerView> StartTimer(std::int32_t /*period*/, std::function<void()> /*fire*/) {
         return nullptr;
     }

@@ -142,7 +142,7 @@ std::vector<std::size_t> Listbox::SortedOrder(std::size_t column) const {
 
     const std::string_view all = bytes;
     std::stable_sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
-        const auto order = all.substr(a.start, a.length) <=> all.substr(b.start, b.length);
+        const int order = all.substr(a.start, a.length).compare(all.substr(b.start, b.length));
         return sorted_descending_ ? order > 0 : order < 0;
     });
 
