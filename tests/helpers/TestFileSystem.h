@@ -1,8 +1,6 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
-#include <future>
 #include <map>
 #include <mutex>
 #include <string>
@@ -15,25 +13,6 @@
 #include "platform/threads/Workers.h"
 
 namespace varnith::test {
-
-// An answer that the disk keeps back until it may tell it.
-class HeldAnswer {
-  public:
-    // Keeps whoever asks waiting. Returns false: what is asked for doesn't fail.
-    bool Wait() {
-        ++waiting;
-        const auto told = told_;
-        told.wait();
-        return false;
-    }
-    void Tell() { promise_.set_value(); }
-
-    std::atomic<int> waiting = 0;
-
-  private:
-    std::promise<void> promise_;
-    const std::shared_future<void> told_ = promise_.get_future().share();
-};
 
 // Waits until no worker asks the disk any more.
 inline void WaitForWorkers() {

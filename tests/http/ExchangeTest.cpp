@@ -166,9 +166,10 @@ TEST_F(HTTPTest, DownloadsIntoAFileAndTriesAgainWithCredentials) {
     Answer(refusal);
     EXPECT_EQ(events, (Lines{"Connected", "PageReceived " + server.At("/p") + " 401 " + block + " "}))
         << "a retry that finds no server ends as a page";
+}
 
-    // What was meant for one server never goes to another.
-    server = RawServer();
+TEST_F(HTTPTest, SendsToNoServerWhatWasMeantForAnother) {
+    const std::string refusal = "HTTP/1.0 401 No\r\nWWW-Authenticate: Basic realm=x\r\n\r\nn";
     client->Get(server.At("/a"));
     EXPECT_EQ(TakeRequest(), PlainRequest("/a", server.At("")));
     RawServer first = std::exchange(server, RawServer());

@@ -89,7 +89,7 @@ TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
     Beside([&] {
         server.TakeRequest();
         server.Send("HTTP/1.0 200 OK\n\n");
-        while (!server.ClientGoesWithin(50)) server.Send(".");
+        EXPECT_FALSE(server.DripFor(std::chrono::seconds(20)));
     });
     // That a file can't be written is forgotten by the wait.
     for (const std::string& file : {folder / "file", folder.Path()}) {

@@ -58,22 +58,17 @@ std::string ChainThrough(const std::vector<std::uint32_t>& places) {
 void Mutate(std::string& bytes, std::mt19937& random) {
     const std::size_t place = random() % bytes.size();
     const auto other = static_cast<std::uint32_t>(random() % (bytes.size() + 8));
-    switch (random() % 5) {
-        case 0:
-            bytes[place] = static_cast<char>(random());
-            break;
-        case 1:
-            bytes[place] = static_cast<char>(random() % 4);
-            break;
-        case 2:
-            bytes.replace(place, sizeof other, reinterpret_cast<const char*>(&other), sizeof other);
-            break;
-        case 3:
-            bytes.resize(place + 1);
-            break;
-        default:
-            bytes.replace(place % 16, 1, 1, static_cast<char>(random() % 64));
-    }
+    const auto kind = random() % 5;
+    if (kind == 0)
+        bytes[place] = static_cast<char>(random());
+    else if (kind == 1)
+        bytes[place] = static_cast<char>(random() % 4);
+    else if (kind == 2)
+        bytes.replace(place, sizeof other, reinterpret_cast<const char*>(&other), sizeof other);
+    else if (kind == 3)
+        bytes.resize(place + 1);
+    else
+        bytes.replace(place % 16, 1, 1, static_cast<char>(random() % 64));
 }
 
 }  // namespace

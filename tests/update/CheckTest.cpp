@@ -100,7 +100,6 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         Offer()->ActionBtn.Press();
         ServeUntil([] { return Offer()->Downloader->ErrorCode() != 0; });
     });
-    EXPECT_TRUE(MakeRef<UpdateChecker>()->TimeToCheck(nullptr));
     EXPECT_EQ(desktop.messages, Lines());
 }
 

@@ -128,11 +128,6 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
         Offer()->Init("");
         Offer()->ActionBtn.Press();
         EXPECT_EQ(desktop.messages, Lines());
-
-        EXPECT_FALSE(UpdateUtilities::SwapFiles(FolderItem::FromPath(application / "missing")));
-        const auto beside = FolderItem::FromPath(application.File("b.tar", "no archive"));
-        EXPECT_FALSE(UpdateUtilities::SwapFiles(beside));
-        EXPECT_EQ(BytesOf(temporary + "/b.tar"), "no archive") << "nothing is unpacked beside the program";
     });
     Run("rm -r $T/*");
     Update(Pack);

@@ -1,6 +1,7 @@
 #include "window/WindowTest.h"
 
 #include <algorithm>
+#include <future>
 
 #include "platform/ui/Application.h"
 #include "support/SupportWindow.h"
@@ -128,8 +129,11 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
     documents.File("a\n\xFF.tif", TiffBytes(2));
     for (int i = 0; i < 400; ++i)
         documents.File("d" + std::to_string(i % 20) + "/" + std::to_string(i) + ".tif");
-    HeldAnswer answer;
-    disk.fails = [&](const std::string& path) { return path.ends_with("/d9/9.tif") && answer.Wait(); };
+    std::promise<void> answer;
+    disk.fails = [told = answer.get_future().share()](const std::string& path) {
+        if (path.ends_with("/d9/9.tif")) told.wait();
+        return false;
+    };
     Work([&] {
         const Listbox& list = Main().Listbox1;
         QTest::mouseClick(frame->findChild<QCheckBox*>(), Qt::LeftButton, {}, QPoint(8, 10));
@@ -142,7 +146,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         ServeUntil([&] { return Table().width() > 860; });
         Opened(Main().HelpSupport());
         const std::int32_t rows = list.ListCount();
-        answer.Tell();
+        answer.set_value();
         ServeUntil([&] { return list.ListCount() > rows; });
         SupportWindow::Instance()->Close();
         ServeUntil([&] { return frame->windowTitle() == "Varnith - Testix - Finished"; });

@@ -12,6 +12,15 @@ wait_until() {
     done
 }
 
+has_ended() {
+    ! kill -0 "$1" 2>/dev/null
+}
+
+# Ends the shell unless what is there is what is wanted.   expect WHAT WANTED FOUND
+expect() {
+    [ "$2" = "$3" ] || { printf '%s:\n%s\ninstead of\n%s\n' "$1" "$3" "$2" >&2; exit 1; }
+}
+
 # Starts a program that lasts no longer than this shell, and puts its process id into started_pid.
 start_program() {
     setpriv --pdeathsig KILL -- "$@" &
