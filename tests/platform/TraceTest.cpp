@@ -1,11 +1,11 @@
 #include <cstdlib>
 #include <new>
 
+#include "helpers/ProgramTest.h"
 #include "platform/database/Database.h"
 #include "platform/files/ReadAhead.h"
 #include "platform/net/TCPSocket.h"
 #include "platform/system/Shell.h"
-#include "helpers/ProgramTest.h"
 
 namespace varnith::test {
 
