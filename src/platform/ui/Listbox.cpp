@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <compare>
 #include <string_view>
 #include <utility>
 
