@@ -119,7 +119,8 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
             EXPECT_EQ(BytesOf(temporary + "/a.tar.gz"), bytes);
             EXPECT_EQ(Holds(home.Path()), outside);
         }
-        for (const auto& [place, file] : {std::pair("/nowhere", "a.tar.gz"), {home.Path().c_str(), ""}}) {
+        for (const auto& [place, file] :
+             {std::pair(std::string("/nowhere"), "a.tar.gz"), {home.Path(), ""}}) {
             const Environment temporary_folder("TMPDIR", place);
             Offer()->Init("http://" + MakersServer().At("/new/") + file);
             Offer()->ActionBtn.Press();
