@@ -20,12 +20,12 @@ TEST_F(StartTest, TheWindowOpensInTheMiddleAndControlsFollowItByTheirLocks) {
     Start([&] {
         MainWindow& w = Main();
         EXPECT_EQ(std::pair(w.Left(), w.Top()), std::pair(0, 49))
-            << "halves are cut off towards 0, last of all";
+            << "the position is rounded towards 0, as the last step";
         const auto size = [&](std::int32_t width, std::int32_t height) {
             w.SetSize(width, height);
             return Str(w.Width()) + "x" + Str(w.Height());
         };
-        EXPECT_EQ(size(10, 10), "774x670") << "the window doesn't shrink below its design";
+        EXPECT_EQ(size(10, 10), "774x670") << "the window doesn't shrink below its design size";
         EXPECT_EQ(size(40000, 40000), "32000x32000");
         EXPECT_EQ(size(874, 720), "874x720");
         Lines controls;
@@ -114,7 +114,7 @@ TEST_F(StartTest, LivesOnWithSomeExceptionsAndEndsWithAnyOtherWhereverRaised) {
             for (const bool subfolders : {true, false}) {
                 Scan(documents.Path(), subfolders);
                 EXPECT_EQ(Rows(), (Lines{"a.tif|1|.|tif"}));
-                EXPECT_EQ(Texts(), "Processing Item: b.tif|.||") << "the scan ends where it stands";
+                EXPECT_EQ(Texts(), "Processing Item: b.tif|.||") << "the scan ends at the file that raised";
             }
             WaitForWorkers();
             disk.fails = nullptr;
@@ -123,7 +123,7 @@ TEST_F(StartTest, LivesOnWithSomeExceptionsAndEndsWithAnyOtherWhereverRaised) {
         };
         EXPECT_EQ(Start(use), listed ? 0 : 1);
         EXPECT_EQ(desktop.messages, Lines(listed ? 0 : 6, "Unexpected error: std::exception"))
-            << "each is handled where it is raised, and none goes on through what raised the event";
+            << "each is handled in its event and never reaches the code that raised the event";
     }
 }
 

@@ -27,8 +27,8 @@ class ExporterTest : public ProgramTest {
         };
     }
 
-    // "Export" is chosen, the format picked, the separator typed and "Save" pressed. Returns what is in the
-    // file then.
+    // Chooses "Export", picks the format, types the separator and presses "Save". Returns what the file then
+    // holds.
     std::string Save(std::int32_t format, const std::string& separator = "") {
         Application::Current().Choose(Main().FileExport());
         Exporter& window = *Exporter::Instance();
@@ -37,13 +37,13 @@ class ExporterTest : public ProgramTest {
         window.PushButton1.Press();
         return BytesOf(target);
     }
-    // The format and separator in the export window, which opens if it isn't there.
+    // The format and separator in the export window, which opens if it isn't open.
     static std::string Choice() {
         return Str(Exporter::Instance()->PopupMenu1.ListIndex()) + Exporter::Instance()->EditField1.Text();
     }
 
     const std::string target = application.File("out", "before");
-    // What the save dialog was asked for, and its answer.
+    // The arguments of the save dialog, and its answer.
     std::string offered;
     std::optional<std::string> picked = target;
 };
@@ -70,11 +70,11 @@ TEST_F(ExporterTest, WritesTheBytesOfEachFormat) {
             EXPECT_EQ(Save(Text, separator), lines(separator));
         EXPECT_EQ(Save(Tabs, ";"), lines("\t"));
 
-        Main().PopupMenu1.Pick("tiff");  // what a pick shows is unticked
+        Main().PopupMenu1.Pick("tiff");  // the rows that it shows are unticked
         EXPECT_EQ(Save(Tabs), "");
         EXPECT_EQ(Save(Excel), last);
 
-        // A scan empties the list behind the first row and then fills it again.
+        // While the export runs, after its first row, a scan empties the list and then fills it again.
         Main().Listbox1.ToggleCheck(0);
         Locate(documents.Path());
         EXPECT_EQ(Save(Tabs), "c.tiff\t0\t" + here + "/sub\ttiff\n");
@@ -95,7 +95,7 @@ TEST_F(ExporterTest, WritesIntoAFifoForAsLongAsItIsRead) {
         EXPECT_EQ(read.get().size(), 107'000u);
         const auto leave = MakeRef<Beside>([&] { reader = {}; });
         Save(Excel);
-        EXPECT_EQ(Choice(), "0") << "the save ends as ever";
+        EXPECT_EQ(Choice(), "0") << "the save ends as usual";
     });
 }
 
@@ -103,13 +103,13 @@ TEST_F(ExporterTest, ClosesBehindASaveAndOtherwiseStays) {
     const std::pair<std::int32_t, const char*> saves[] = {{Excel, "Excel Spreadsheet (*.xls)|Varnith.xls"},
                                                           {Text, "Text Export (*.txt)|Varnith.txt"},
                                                           {Tabs, "Text Export (*.txt)|Varnith.txt"}};
-    signal(SIGXFSZ, SIG_IGN);  // a file that grows past a limit is a full disk's
+    signal(SIGXFSZ, SIG_IGN);  // a write past the limit then fails, as on a full disk
     documents.File("a.tif", TiffBytes(1));
     Start([&] {
         Scan(documents.Path(), false);
         Main().Listbox1.ToggleCheck(0);
         EXPECT_EQ(Save(0, ";"), "before");
-        EXPECT_EQ(desktop.dialogs + desktop.beeps, 1) << "that of the scan";
+        EXPECT_EQ(desktop.dialogs + desktop.beeps, 1) << "only the scan's dialog";
         EXPECT_EQ(Choice(), "0;");
         for (const auto& [format, offer] : saves) {
             application.File("out", "before");

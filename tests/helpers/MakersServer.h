@@ -4,7 +4,7 @@
 
 namespace varnith::test {
 
-// The server that the program under test, in version 1.2.3, takes for both of the maker's.
+// Stands in for both of the maker's servers. The program under test has version 1.2.3.
 RawServer& MakersServer();
 
 }  // namespace varnith::test

@@ -36,7 +36,7 @@ ProgramTest::ProgramTest() {
 
 int ProgramTest::Start(const std::function<void()>& user) {
     desktop.user = user;
-    // A program that starts has its settings still to open.
+    // A program that starts has not opened its settings yet.
     Prefs::db = nullptr;
     return _Main();
 }

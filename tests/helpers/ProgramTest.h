@@ -20,20 +20,20 @@ namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
-// Gives the program's threads their turns, one yield point at a time, until the condition holds or, without
-// one, all have ended.
+// Runs the program's threads, one yield point at a time, until the condition holds. Without one, until
+// all have ended.
 void RunThreadsUntil(const std::function<bool()>& condition,
                      std::source_location place = std::source_location::current());
 void RunThreads();
 
-// A thread of the program whose body is the test's.
+// A thread of the program that runs the test's code.
 struct Beside : Thread {
     explicit Beside(std::function<void()> work) : body(std::move(work)) { Run(); }
     void Event_Run() override { body(); }
     const std::function<void()> body;
 };
 
-// A variable of the environment that has a value of the test's own for as long as this lives.
+// Sets an environment variable for the lifetime of this object.
 class Environment {
   public:
     Environment(const char* name, const std::string& value) : name_(name) {
@@ -49,8 +49,8 @@ class Environment {
     std::optional<std::string> previous_;
 };
 
-// From now on this process may do nothing that an ordinary user may not, root included, so that a file or
-// folder can be closed to the program.
+// Drops all capabilities of this process, so that permissions can deny the program a file or folder even when
+// root runs the test.
 void GiveUpPrivileges();
 
 // The whole program without a display, on a system named Testix.
@@ -61,31 +61,31 @@ class ProgramTest : public testing::Test {
     // Starts the program, lets the user work, and ends it. Returns the exit status.
     int Start(const std::function<void()>& user);
 
-    // REQUIRES for all below: called by the user of a program that runs.
+    // REQUIRES for all below: called from `user` while the program runs.
     static MainWindow& Main() { return *MainWindow::Instance(); }
     // Presses "Locate" and picks the folder, or cancels.
     void Locate(const std::optional<std::string>& folder);
     void Scan(const std::string& folder, bool subfolders);
 
-    // The list, a line "name|count|folder|type" a row, and its tags with a "*" behind them where the box is
-    // ticked. Folders count from `documents`.
+    // The rows of the list as "name|count|folder|type", and their tags, with a "*" if the row is ticked.
+    // Folders are relative to `documents`.
     Lines Rows() const;
     static Lines Tags();
-    // The check boxes alone, a letter a row: "x" where ticked, "-" where not.
+    // The check boxes alone, one letter a row: "x" if ticked, "-" if not.
     static std::string Ticks();
     // What else the window shows: "title|address|file count|popup,entries".
     std::string Texts() const;
-    // The saved rows in the form of Rows, as another handle of the file reads them.
+    // The saved rows in the form of Rows, read through a database connection of their own.
     Lines SavedRows() const;
 
     TemporaryFolder application;
     TemporaryFolder documents;
-    TemporaryFolder home;  // where settings and temporary files go
+    TemporaryFolder home;  // for settings and temporary files
     TestDesktop desktop;
     TestFileSystem disk;
 
   private:
-    // The same, with the documents folder left out of the paths in it.
+    // The text with its paths made relative to `documents`.
     std::string FromDocuments(std::string text) const;
 
     Environment settings_folder_{"XDG_CONFIG_HOME", home / "settings"};

@@ -16,8 +16,8 @@
 
 namespace varnith::test {
 
-// A server on loopback that does just what the test says, one connection at a time. What it waits for has a
-// limit, past which there is nothing. It may be used from another thread than the one that made it.
+// A server on loopback that does just what the test says, one connection at a time. Each wait has a limit and
+// then returns as if nothing had come. A thread other than the one that made it may use it.
 class RawServer {
   public:
     RawServer() {
@@ -31,11 +31,11 @@ class RawServer {
     }
 
     std::int32_t Port() const { return port_; }
-    // An address on it, without a scheme.
+    // A URL on this server, without the scheme.
     std::string At(const std::string& path) const { return "127.0.0.1:" + std::to_string(port_) + path; }
 
-    // Takes the next connection, letting go of the one before, and reads a request: its head, and its body if
-    // it has a length. Returns its bytes; none if no client comes.
+    // Closes the current connection, accepts the next one and reads a request: its head, and its body if it
+    // has a Content-length. Returns its bytes; none if no client connects.
     std::string TakeRequest() {
         std::string request;
         if (!IsReady(listener_, Limit)) return request;
@@ -51,12 +51,12 @@ class RawServer {
         return request;
     }
 
-    // Sends bytes. False if the client has gone.
+    // False if the client has disconnected.
     bool Send(std::string_view bytes) {
         return send(connection_.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == std::ssize(bytes);
     }
 
-    // Sends a byte now and then for that long. False if the client goes meanwhile.
+    // Sends a byte every 20 ms for that long. False if the client disconnects meanwhile.
     bool DripFor(std::chrono::milliseconds time) {
         const auto end = std::chrono::steady_clock::now() + time;
         while (std::chrono::steady_clock::now() < end)
@@ -64,7 +64,7 @@ class RawServer {
         return true;
     }
 
-    // Ends the connection, in order or by a reset.
+    // Close the connection, by FIN or by RST.
     void Close() { connection_ = {}; }
     void Reset() {
         const linger at_once{1, 0};
@@ -72,14 +72,14 @@ class RawServer {
         Close();
     }
 
-    // Whether the client closes the connection within so many milliseconds, or at all.
+    // Whether the client closes the connection within that time, or within the limit.
     bool ClientGoesWithin(int milliseconds) const { return IsReady(connection_, milliseconds); }
     bool ClientHasGone() const { return ClientGoesWithin(Limit); }
 
-    // Whether a connection waits to be taken.
+    // Whether a connection waits to be accepted.
     bool HasVisitor() const { return IsReady(listener_, 0); }
 
-    // Takes connections no more: they are refused.
+    // Refuses connections from now on.
     void StopListening() { shutdown(listener_.Descriptor(), SHUT_RDWR); }
 
   private:
@@ -90,7 +90,7 @@ class RawServer {
         return poll(&watched, 1, milliseconds) > 0;
     }
 
-    // How many bytes a request has when it is complete; more than there are while its head is not.
+    // The size of the complete request; more than its present size while its head is incomplete.
     static std::size_t LengthOf(const std::string& request) {
         constexpr std::string_view Field = "Content-length: ";
         const std::size_t head = request.find("\r\n\r\n");

@@ -6,7 +6,7 @@
 
 namespace varnith::test {
 
-// A fresh folder, removed with all that it holds at the end.
+// A new folder, removed at the end with all that it holds.
 class TemporaryFolder {
   public:
     explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
@@ -17,7 +17,7 @@ class TemporaryFolder {
     std::string Path() const { return path_.string(); }
     std::string operator/(const std::string& name) const { return path_.string() + "/" + name; }
 
-    // Writes a file, and makes a folder, with those above it; return its path.
+    // Write a file and make a folder, along with its parents; return its path.
     std::string File(const std::string& name, const std::string& bytes = "") const;
     std::string Folder(const std::string& name) const;
 
@@ -29,13 +29,13 @@ std::string WriteFile(const std::filesystem::path& path, const std::string& byte
 
 std::string BytesOf(const std::string& path);
 
-// All that lies below a folder, by path: what it holds of a file, behind its permissions as in "755 bytes",
-// the permissions of a folder as in "700/", and what a link leads to as in "-> target".
+// All that lies below a folder, by path: "755 bytes" gives the permissions and content of a file, "700/" the
+// permissions of a folder, "-> target" the target of a link.
 using Tree = std::map<std::string, std::string>;
 Tree TreeOf(const std::string& path);
 
-// The bytes of a TIFF file with that many pages of one pixel, as libtiff writes it: "wl" little-endian, "wb"
-// big-endian, with an "8" behind it BigTIFF.
+// The bytes of a TIFF file with that many pages of one pixel, as libtiff writes it in a mode: "wl" is
+// little-endian, "wb" big-endian, and an "8" after either makes it BigTIFF.
 std::string TiffBytes(int pages, const std::string& mode = "wl");
 
 }  // namespace varnith::test

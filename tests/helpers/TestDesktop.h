@@ -10,15 +10,15 @@
 
 namespace varnith::test {
 
-// A desktop without a display: it answers as the test says and notes down what the program asked for.
+// A desktop without a display: it answers as the test says and records what the program asked for.
 class TestDesktop : public Desktop {
   public:
-    // What the user does while the event loop runs; the loop ends with it.
+    // What the user does while the event loop runs; the loop ends when it returns.
     std::function<void()> user;
-    // What the user does in the folder dialog: the path picked, or nothing for a cancel.
+    // What the user does in the folder dialog: the path picked, or nothing on cancel.
     std::function<std::optional<std::string>()> choose;
-    // What the user does in the save dialog, given its filter and the name that it offers, and in a menu,
-    // given its entries: the path or entry picked, or nothing.
+    // What the user does in the save dialog, given its filter and the name that it proposes, and in a menu,
+    // given its entries. They return the path or entry picked, or nothing on cancel.
     std::function<std::optional<std::string>(const std::string& filter, const std::string& name)> choose_file;
     std::function<std::optional<std::size_t>(const std::vector<std::string>& entries)> choose_entry;
     std::function<void(const std::string& path)> open;
@@ -41,7 +41,7 @@ class TestDesktop : public Desktop {
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
-        const auto answer = choose;  // which may open a dialog that gets another answer
+        const auto answer = choose;  // a copy, as it may set another answer for a nested dialog
         return answer ? answer() : std::nullopt;
     }
     std::optional<std::string> ChooseFileToWrite(const std::string& filter,

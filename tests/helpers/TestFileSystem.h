@@ -14,12 +14,12 @@
 
 namespace varnith::test {
 
-// Waits until no worker asks the disk any more.
+// Waits until no worker uses the disk any more.
 inline void WaitForWorkers() {
     WaitUntil([] { return !Workers::AnyAtWork(); }, std::this_thread::yield);
 }
 
-// Puts a disk in force for a scope, at whose end no worker asks it any more.
+// Puts a disk in force for a scope, and at its end waits until no worker uses the disk.
 class DiskInForce {
   public:
     explicit DiskInForce(const FileSystem& disk) : in_force_(disk) {}
@@ -29,14 +29,14 @@ class DiskInForce {
     InForce<const FileSystem> in_force_;
 };
 
-// The real disk, on which the executable lies where the test says, and on which a call fails on demand.
+// The real disk, except that the test chooses the executable's path and can make calls fail.
 class TestFileSystem : public FileSystem {
   public:
     std::string executable;
-    // Asked with the path in front of each opening and each listing, by any thread: true makes it fail. What
-    // it does to the disk first happens between the listing that gave the path and its use.
+    // Called before each opening and each listing, by any thread, with the path: true makes it fail. Changes
+    // that it makes to the disk happen between the listing that gave the path and the path's use.
     std::function<bool(const std::string& path)> fails;
-    // Files that are read from another place.
+    // Files to read from another path.
     std::map<std::string, std::string> elsewhere;
     // The paths opened for reading so far.
     mutable std::vector<std::string> opened;

@@ -10,22 +10,22 @@
 
 namespace varnith::test {
 
-// Has a turn of work done until the condition holds. Fails the test at the place that waits when that takes
-// too long; the limit is far from what the busiest machine needs.
+// Calls `turn` until the condition holds. Past a limit it fails the test at the caller's line; the limit is
+// far above what the busiest machine needs.
 inline void WaitUntil(const std::function<bool()>& condition, const std::function<void()>& turn,
                       std::source_location place = std::source_location::current()) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > limit) {
             ADD_FAILURE_AT(place.file_name(), static_cast<int>(place.line()))
-                << "what is waited for has not come";
+                << "timed out waiting for the condition";
             return;
         }
         turn();
     }
 }
 
-// Serves the events that come in until then: those of sockets, of the threads' turns, and of the screen.
+// Handles events until the condition holds: those of sockets, of the threads' turns, and of the screen.
 inline void ServeUntil(const std::function<bool()>& condition,
                        std::source_location place = std::source_location::current()) {
     WaitUntil(

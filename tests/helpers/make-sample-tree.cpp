@@ -1,6 +1,6 @@
 #include "helpers/TemporaryFolder.h"
 
-// Makes a small tree of files below a folder, with what a scan meets in practice:  make-sample-tree FOLDER
+// Makes a small tree of files like those that a scan meets in practice:  make-sample-tree FOLDER
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
     using varnith::test::TiffBytes;

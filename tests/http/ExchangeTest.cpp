@@ -35,17 +35,17 @@ TEST_F(HTTPTest, TakesAURLAsItStands) {
     client->DefaultPort = server.Port();
     for (const auto& [url, outcome] : cases) {
         client->Get(url);
-        EXPECT_EQ(events, Lines()) << "nothing happens within the call";
+        EXPECT_EQ(events, Lines()) << "the call itself raises no event";
         ServeUntil([&] { return !events.empty(); });
         if (events == Lines{"Connected"}) events = {TakeRequest()};
         EXPECT_EQ(events, Lines{outcome}) << url;
         events.clear();
     }
     AnswerAndClose("");
-    EXPECT_EQ(events, Lines{"PageReceived go?to=http://localhost/x 0 nil "}) << "the end without a byte";
+    EXPECT_EQ(events, Lines{"PageReceived go?to=http://localhost/x 0 nil "}) << "closed without a byte";
 }
 
-// Most exchanges here come to no end: the next one drops what is left of it.
+// Most exchanges here stay unfinished: the next one drops what is left of them.
 TEST_F(HTTPTest, SendsWhatTheCallerSet) {
     std::string url = server.At("/a");
     const std::string plain = PlainRequest("/a", server.At(""));
@@ -61,7 +61,7 @@ TEST_F(HTTPTest, SendsWhatTheCallerSet) {
         EXPECT_EQ(TakeRequest(), request);
         Answer("HTTP/1.0 200 OK\nContent-length: 4\n\nbody");
     };
-    client->AuthenticationRequired = [](const auto&...) { return true; };  // which nobody is asked here
+    client->AuthenticationRequired = [](const auto&...) { return true; };  // no server asks for it here
     client->Get(server.At("/overtaken"));
     const auto form = MakeRef<Dictionary<std::string>>();
     form->SetValue("x-y_z", "a b+c");
@@ -70,7 +70,7 @@ TEST_F(HTTPTest, SendsWhatTheCallerSet) {
     client->SetPostContent("a\0\r\nb"s, "x/y");
     for (int time = 0; time < 2; ++time) expect(posted("x/y", "a\0\r\nb"s));
     expect(plain);
-    expect(posted("", ""));  // a request that is none clears it
+    expect(posted("", ""));  // the GET has cleared the content
 
     client->SetRequestHeader("X", "1");
     client->SetRequestHeader("accept", "");
@@ -88,7 +88,7 @@ TEST_F(HTTPTest, SendsWhatTheCallerSet) {
         client->HTTPProxyPort = port;
         expect(PlainRequest(url, "origin.example:81"));
     }
-    EXPECT_EQ(events.back(), "ReceiveProgress 4 4 body") << "a full page has no end yet";
+    EXPECT_EQ(events.back(), "ReceiveProgress 4 4 body") << "the page ends only with the connection";
     AnswerAndClose("");
     EXPECT_EQ(events.back(), "PageReceived " + url + " 200 [Content-length: 4] body");
 }
@@ -99,7 +99,7 @@ TEST_F(HTTPTest, ReportsWhatTheServerSends) {
         std::string answer;
         std::int32_t status;
         std::string headers;
-        const char* lengths;  // received and announced
+        const char* lengths;  // bytes received and announced
         std::string body;
     };
     const Case cases[] = {
@@ -154,18 +154,18 @@ TEST_F(HTTPTest, DownloadsIntoAFileAndTriesAgainWithCredentials) {
         EXPECT_EQ(TakeRequest(), ReplaceAll(plain, "\r\n\r\n", key));
     }
     Answer(refusal);
-    EXPECT_EQ(BytesOf(file->AbsolutePath()), "n") << "what has come is in the file";
+    EXPECT_EQ(BytesOf(file->AbsolutePath()), "n") << "the file holds what has come so far";
     AnswerAndClose("o");
     EXPECT_EQ(events, (Lines{"Connected", "Connected", "Connected", "HeadersReceived " + block + " 401",
                              "ReceiveProgress 1 0 n", "ReceiveProgress 2 0 o",
                              "DownloadComplete " + server.At("/p") + " 401 " + block + " no"}));
     events.clear();
     client->Post(server.At("/p"));
-    EXPECT_EQ(TakeRequest(), plain) << "credentials are for one request";
+    EXPECT_EQ(TakeRequest(), plain) << "credentials apply to one request";
     server.StopListening();
     Answer(refusal);
     EXPECT_EQ(events, (Lines{"Connected", "PageReceived " + server.At("/p") + " 401 " + block + " "}))
-        << "a retry that finds no server ends as a page";
+        << "a retry that can't connect still ends in PageReceived";
 }
 
 TEST_F(HTTPTest, SendsToNoServerWhatWasMeantForAnother) {
@@ -198,7 +198,7 @@ TEST(InternetHeaders, ShowsRepeatedAndMissingHeaders) {
     headers.SetHeader("Set-Cookie", "gap", 5);
     EXPECT_EQ(headers.CommaSeparatedValues("SET-COOKIE"), "a, , b") << "counting ends at a gap";
     headers.Delete("set-cookie", 1);
-    EXPECT_EQ(headers.CommaSeparatedValues("Set-Cookie"), "a, b") << "those that follow move up";
+    EXPECT_EQ(headers.CommaSeparatedValues("Set-Cookie"), "a, b") << "later values move up";
     headers.SetHeader("SET-COOKIE", "c");
     EXPECT_EQ(headers.CommaSeparatedValues("Set-Cookie"), "c");
 }

@@ -18,8 +18,8 @@ namespace varnith::test {
 
 using Lines = std::vector<std::string>;
 
-// A client that notes down its events, a line an event with its arguments. It starts in an event loop that
-// the test turns.
+// A client that records its events, one a line with their arguments. The test runs the event loop that the
+// client starts in.
 class RecordingSocket : public HTTPSocket {
   public:
     explicit RecordingSocket(Lines& events) : events_(events) {
@@ -38,7 +38,7 @@ class RecordingSocket : public HTTPSocket {
     }
     ~RecordingSocket() override { events_.push_back("gone"); }
 
-    // Called behind each of them.
+    // Called after each event.
     std::function<void()> Noted;
 
   private:
@@ -54,14 +54,14 @@ class RecordingSocket : public HTTPSocket {
 
 class HTTPTest : public testing::Test {
   protected:
-    // Has the client's request come to the server; returns its bytes.
+    // Waits until the client's request has reached the server; returns its bytes.
     std::string TakeRequest() {
         auto request = std::async(std::launch::async, [&] { return server.TakeRequest(); });
         ServeUntil([&] { return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
         return request.get();
     }
 
-    // Sends a piece, or ends the connection, and has the client notice.
+    // Send a piece, or close the connection, and wait until the client has noticed.
     void Answer(const std::string& piece) {
         const std::size_t before = Noticed();
         server.Send(piece);
@@ -73,7 +73,7 @@ class HTTPTest : public testing::Test {
         ServeUntil([&] { return !client->IsConnected(); });
     }
 
-    // Has a server's work done beside the client, which waits for it in one call: any, or the answer to one
+    // Run the server in another thread while the client blocks in a call: with any work, or to answer one
     // request.
     void Beside(const std::function<void()>& work) {
         beside_ = {};
@@ -99,7 +99,7 @@ class HTTPTest : public testing::Test {
     Ref<RecordingSocket> client = MakeRef<RecordingSocket>(events);
 
   private:
-    // What is unread, or has become an event.
+    // The unread bytes plus the recorded events.
     std::size_t Noticed() const { return events.size() + client->Lookahead().size(); }
 
     std::future<void> beside_;

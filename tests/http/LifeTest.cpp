@@ -20,7 +20,7 @@ TEST_F(HTTPTest, HearsNothingMoreOnceItIsLetGoOf) {
         client->Get(server.At("/"));
         ServeBeside("", "HTTP/1.0 200 OK\n\nbody");
         ServeUntil([&] { return !client; });
-        EXPECT_EQ(events.size(), last + 1) << "its end does not follow at once";
+        EXPECT_EQ(events.size(), last + 1) << "the client's end follows at once";
     }
     client = MakeRef<RecordingSocket>(events);
     client->AuthenticationRequired = [&](const auto&...) {
@@ -28,7 +28,7 @@ TEST_F(HTTPTest, HearsNothingMoreOnceItIsLetGoOf) {
         return false;
     };
     ServeBeside("", "HTTP/1.0 401 No\n\nwhat outlives the client");
-    EXPECT_EQ(client->Get(server.At("/"), 20), "what outlives the client") << "while it is waited for";
+    EXPECT_EQ(client->Get(server.At("/"), 20), "what outlives the client") << "released in a blocking call";
 
     client = MakeRef<RecordingSocket>(events);
     auto other = MakeRef<RecordingSocket>(events);
@@ -37,10 +37,10 @@ TEST_F(HTTPTest, HearsNothingMoreOnceItIsLetGoOf) {
     other->Noted = [&] { client = nullptr; };
     for (const auto& each : {client, other}) each->Get(server.At("/"));
     ServeUntil([&] { return !events.empty(); });
-    EXPECT_EQ(events, (Lines{"Connected", "gone"})) << "by the event of another, due in the same turn";
+    EXPECT_EQ(events, (Lines{"Connected", "gone"})) << "released by another client's event in the same turn";
 }
 
-// Only a refusal ends with the last of its bytes; another page stays unfinished.
+// Only a 401 page is complete once its last byte has come; any other stays unfinished.
 TEST_F(HTTPTest, ReadsOnceWhatComesWhileAHandlerRunsTheEventLoop) {
     client->HeadersReceived = [&](const auto&, auto) {
         for (const std::string piece : {"-one", "-two"}) {
@@ -67,9 +67,9 @@ TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
     EXPECT_EQ(client->GetHeaders(url, 20)->Value("b"), "2");
     ServeBeside("POST", "HTTP/1.0 200 OK\n\n");
     EXPECT_EQ(client->Post(url, 20), "");
-    EXPECT_FALSE(client->PageHeaders()) << "a block without a header is none";
+    EXPECT_FALSE(client->PageHeaders()) << "an empty header block gives nil";
     std::string page;
-    for (const std::int32_t seconds : {0, 1}) {  // of standstill; 0 is no limit
+    for (const std::int32_t seconds : {0, 1}) {  // without data; 0 means no limit
         Beside([&] {
             server.TakeRequest();
             server.Send("HTTP/1.0 404 No\na: 1\n\n");
@@ -82,16 +82,16 @@ TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
         EXPECT_EQ(client->HTTPStatusCode(), 404);
         EXPECT_EQ(client->PageHeaders()->Value("a"), "1");
     }
-    EXPECT_EQ(client->Get("127.0.0.1:65536", 20), page) << "a failed call doesn't reset it";
+    EXPECT_EQ(client->Get("127.0.0.1:65536", 20), page) << "a failed call returns the previous page";
     EXPECT_EQ(client->ErrorCode(), SocketCore::ConnectionNotMade);
 
-    // Only the page in memory counts as movement: a download has to be through in time.
+    // Data restarts the timeout only for a page read into memory; a download to a file must finish in time.
     Beside([&] {
         server.TakeRequest();
         server.Send("HTTP/1.0 200 OK\n\n");
         EXPECT_FALSE(server.DripFor(std::chrono::seconds(20)));
     });
-    // That a file can't be written is forgotten by the wait.
+    // The wait runs into its timeout even if the file can't be written.
     for (const std::string& file : {folder / "file", folder.Path()}) {
         EXPECT_FALSE(client->Get(url, FolderItem::FromPath(file), 1));
         EXPECT_EQ(client->ErrorCode(), HTTPSocket::TimedOut);
@@ -99,7 +99,7 @@ TEST_F(HTTPTest, WaitsForTheResultAndWithholdsTheEvents) {
     }
     EXPECT_EQ(events, Lines());
     client->Get(url, FolderItem::FromPath(folder.Path()));
-    EXPECT_EQ(events, Lines{"Error 1"}) << "a request that is not waited for has its events again";
+    EXPECT_EQ(events, Lines{"Error 1"}) << "an asynchronous request raises its events again";
 }
 
 TEST_F(HTTPTest, WaitsWithoutHasteAndLetsAScanGoOn) {
@@ -109,7 +109,7 @@ TEST_F(HTTPTest, WaitsWithoutHasteAndLetsAScanGoOn) {
     } desktop;
     const InForce<Desktop> in_force(desktop);
     Application application;
-    Scheduler::Current().SetSlice(std::chrono::minutes(1));  // which only ends by being given up
+    Scheduler::Current().SetSlice(std::chrono::minutes(1));  // ends only when the thread gives it up
     const auto other = MakeRef<RecordingSocket>(events);
     other->Get(server.At("/"));
     RawServer silent;
@@ -126,15 +126,15 @@ TEST_F(HTTPTest, WaitsWithoutHasteAndLetsAScanGoOn) {
         silent.Close();
     });
     EXPECT_EQ(client->Get(silent.At("/"), 20), "the page");
-    EXPECT_EQ(events, Lines()) << "only with Yield come the events of others";
+    EXPECT_EQ(events, Lines()) << "other sockets' events come only with Yield";
     client->Yield = true;
     client->Get(silent.At("/"), 1);
     EXPECT_EQ(events, Lines{"Connected"});
-    EXPECT_LT(desktop.turns, 2'000) << "it takes the processor for itself";
+    EXPECT_LT(desktop.turns, 2'000) << "the wait doesn't spin";
 }
 
 TEST_F(HTTPTest, TakesALargePageIntoAFileAndIntoAString) {
-    // 100 MiB, whose pieces tell where they belong.
+    // 100 MiB, each MiB with a byte value of its own.
     std::string page;
     page.reserve(100 << 20);
     for (int i = 0; i < 100; ++i) page.append(1 << 20, static_cast<char>('!' + i));
@@ -149,7 +149,7 @@ TEST_F(HTTPTest, TakesALargePageIntoAFileAndIntoAString) {
     [[maybe_unused]] const auto peak = usage.ru_maxrss;  // in KiB
     Beside(serve);
     EXPECT_TRUE(client->Get(server.At("/"), FolderItem::FromPath(folder / "file"), 60));
-#if !defined(__SANITIZE_ADDRESS__)  // which holds back what is freed
+#if !defined(__SANITIZE_ADDRESS__)  // ASan keeps freed memory
     getrusage(RUSAGE_SELF, &usage);
     EXPECT_LT(usage.ru_maxrss - peak, 10 << 10);
 #endif
@@ -160,7 +160,7 @@ TEST_F(HTTPTest, TakesALargePageIntoAFileAndIntoAString) {
 }
 
 TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
-    // The processor time for so many bytes of a head of that length.
+    // The processor time for the bytes that follow the first `length` bytes of a head.
     const auto cost_behind = [&](std::size_t length, const std::string& ending) {
         std::string head = "HTTP/1.0 200 OK" + ending;
         while (head.size() < length) head += "Name: value" + ending;
@@ -181,7 +181,7 @@ TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
         const double of_short = cost_behind(1 << 10, ending);
         const double of_long = cost_behind(1 << 20, ending);
 
-        EXPECT_LT(of_long, 4 * of_short) << "a byte costs as much as the head is long";
+        EXPECT_LT(of_long, 4 * of_short) << "the cost of a byte doesn't grow with the head";
     }
 }
 

@@ -7,7 +7,7 @@
 
 namespace varnith::test {
 
-// A blank stands between the characters. A byte that is no part of valid UTF-8 counts as one.
+// Spaces separate the characters. A byte that is not part of valid UTF-8 counts as a character.
 TEST(Text, CutsFieldsAndCharactersAndKeepsEveryByte) {
     for (const std::string spaced : {"a \xC3\xA4 \xE2\x82\xAC \xF0\x9F\x93\x84", "\xE2 \x82", "\xC0 \xAF",
                                      "\xED \xA0 \x80", "a \xF4 \x90 \x80 \x80"}) {
@@ -32,7 +32,7 @@ TEST(Text, ComparesWithoutRegardToCase) {
         EXPECT_EQ(SameText(a, b), same) << a;
     Dictionary<int> types;
     for (const char* key : {"TIF", "\xC3\x84", "tiff", "tif"}) types.SetValue(key, types.Count());
-    EXPECT_EQ(types.Key(0), "TIF") << "the spelling that came first";
+    EXPECT_EQ(types.Key(0), "TIF") << "a key keeps its first spelling";
     EXPECT_EQ(types.Value("Tif"), 3);
     EXPECT_EQ(types.Lookup("\xC3\xA4", 9) + types.Lookup("ti", 9), 10);
 }
@@ -44,7 +44,7 @@ TEST(RegEx, FindsTheFirstMatchWhateverTheCaseOrGivesUp) {
         {"^.$", "ä", "ä"},
         {"b", "\xFF b", "b"},
         {"a.c", std::string("a\0c", 3), std::string("a\0c", 3)},
-        // Searches that would take hours; but a long run is passed over in one go.
+        // Searches that would backtrack for hours are given up; a long run is still skipped in one step.
         {"(a+)+$", std::string(40, 'a') + "b", no_text},
         {"[ab]+c", std::string(1'000'000, 'a') + "dc", no_text},
         {"[ab]+c", std::string(1'000'000, 'a') + " bc", "bc"},
@@ -70,7 +70,7 @@ TEST(Date, ReadsWritesAndCountsDays) {
     for (const char* no_date : {"", "2008-6-24", "2008-06-31", "2008-00-10", "24.06.2008", "2008-06-24 ",
                                 "2008/06/24", "2008-06-2.", "99999999999999-01-01"})
         date.SetSQLDate(no_date);
-    EXPECT_EQ(date.SQLDate(), "2024-02-29") << "what is no date changes none";
+    EXPECT_EQ(date.SQLDate(), "2024-02-29") << "an invalid date changes nothing";
 }
 
 }  // namespace varnith::test

@@ -11,7 +11,7 @@ namespace varnith::test {
 
 namespace fs = std::filesystem;
 
-// A disk of which one of the calls that change it fails, and on which all may be somebody else's.
+// A disk on which one of the modifying calls fails, and on which every file can belong to another user.
 class FailingDisk : public TestFileSystem {
   public:
     mutable int calls_to_failure = 0;
@@ -62,7 +62,7 @@ TEST_F(FilesTest, AnItemIsAPathThatNeedNotExist) {
     EXPECT_EQ(odd->AbsolutePath(), folder.File("line\nbreak\xFF"));
     EXPECT_TRUE(odd->Exists());
     EXPECT_FALSE(Item("/")->Parent());
-    // What lies beyond a folder that can't be reached is not looked for from the current folder instead.
+    // A path through an unreachable folder isn't resolved from the current folder instead.
     const std::string up = "/../../../../../../../../../../../../../../../..";
     EXPECT_FALSE(Item("/" + std::string(PATH_MAX - 3, 'x') + up + odd->AbsolutePath())->Exists());
 
@@ -95,7 +95,7 @@ TEST_F(FilesTest, RenamesAndDeletesWhatIsNamed) {
     EXPECT_EQ(TreeOf(folder.Path()), (Tree{{"folder", "755/"}, {"folder/in use", "644 "}}));
 }
 
-// On one file system, and to one in memory, which only a bare chroot lacks.
+// Moves within a file system, and to one in memory, which only a bare chroot lacks.
 TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething) {
     for (const char* place : {"/tmp", "/dev/shm"}) {
         if (!fs::exists(place)) continue;
@@ -118,20 +118,20 @@ TEST_F(FilesTest, MovesAllOrNothingWhereverItFailsAndNeverInThePlaceOfSomething)
             for (const char* target : {"old file", "empty folder", "link", "missing/file"})
                 Item(here / source)->MoveFileTo(Item(there / target));
         for (int call = 1; !fs::exists(there / "bundle"); ++call) {
-            EXPECT_EQ(trees(), before) << "in front of call " << call;
+            EXPECT_EQ(trees(), before) << "before call " << call;
             disk.calls_to_failure = call;
             Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
         }
         EXPECT_FALSE(fs::exists(here / "bundle"));
         disk.calls_to_failure = 0;
         Item(there / "bundle")->MoveFileTo(Item(here / "bundle"));
-        EXPECT_EQ(trees(), before) << "nothing is left where it was";
+        EXPECT_EQ(trees(), before) << "the move leaves nothing at the old place";
 
         ASSERT_EQ(mkfifo((here / "bundle/fifo").c_str(), 0600), 0);
         Item(here / "bundle")->MoveFileTo(Item(there / "bundle"));
         EXPECT_NE(fs::exists(here / "bundle/fifo"), fs::exists(there / "bundle/fifo"));
         EXPECT_NE(fs::exists(here / "bundle/link"), fs::exists(there / "bundle/link"))
-            << "what can't be copied stays as a whole";
+            << "a tree that can't be copied stays whole";
     }
 }
 
@@ -169,7 +169,7 @@ TEST_F(FilesTest, AFileMadeAnewTakesItsPlaceAsAWholeOrNotAtAll) {
         {"open/old", "open/old", "644 "}};
     for (const auto& [name, file, mode] : files) {
         EXPECT_TRUE(begin(name));
-        EXPECT_TRUE(is_as_wanted()) << name << ", dropped before its end";
+        EXPECT_TRUE(is_as_wanted()) << name << ", dropped before it is closed";
         for (int call = 1; is_as_wanted() && call < 10; ++call) {
             disk.calls_to_failure = call;
             if (const auto stream = begin(name)) stream->Close();
@@ -180,7 +180,7 @@ TEST_F(FilesTest, AFileMadeAnewTakesItsPlaceAsAWholeOrNotAtAll) {
     }
     begin("closed/old")->Close();
     wanted["closed/old"] = "666 " + text + "\n";
-    EXPECT_TRUE(is_as_wanted()) << "what can't be replaced is written in place";
+    EXPECT_TRUE(is_as_wanted()) << "a file that can't be replaced is written in place";
     fs::permissions(folder / "closed", fs::perms(0755));
 }
 
@@ -193,7 +193,7 @@ TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {
     };
 
     EXPECT_FALSE(varnith::ExistingTemporaryFolder());
-    EXPECT_EQ(TreeOf(folder.Path()), Tree()) << "who looks makes none";
+    EXPECT_EQ(TreeOf(folder.Path()), Tree()) << "the look-up doesn't create the folder";
     fs::create_directory_symlink(folder.Folder("elsewhere"), place);
     EXPECT_FALSE(is_taken()) << "a link";
     fs::remove(place);
@@ -207,7 +207,7 @@ TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {
     }
     EXPECT_EQ(TreeOf(folder.Path()).at(name), "700/");
     disk.others = true;
-    EXPECT_FALSE(is_taken()) << "someone else's";
+    EXPECT_FALSE(is_taken()) << "another user's folder";
 }
 
 }  // namespace varnith::test

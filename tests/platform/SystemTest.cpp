@@ -25,7 +25,7 @@ struct SchedulerTest : testing::Test {
     SchedulerTest() { scheduler.SetSlice(std::chrono::milliseconds(0)); }
     ~SchedulerTest() override { scheduler.KillAll(); }
 
-    // It writes its letter in that many turns, and a dot when its stack is left, in whatever way.
+    // A thread that writes its letter in that many turns, and a dot when its stack unwinds, however it ends.
     Ref<Beside> Writer(char letter, int times) {
         return MakeRef<Beside>([this, letter, times] {
             const std::shared_ptr<void> dot(nullptr, [this](void*) { log += '.'; });
@@ -47,7 +47,7 @@ TEST_F(SchedulerTest, SwitchesAtYieldPointsOnlyAndWhenTheSliceIsUsedUp) {
     Yield();
     EXPECT_EQ(log, "abab") << "a yield point in an event handler gives the threads a turn";
     EXPECT_EQ(LogAfterTurn(), "ababa.");
-    EXPECT_EQ(LogAfterTurn(), "ababa..") << "a thread that runs is not run a second time";
+    EXPECT_EQ(LogAfterTurn(), "ababa..") << "a running thread isn't started again";
     scheduler.SetSlice(std::chrono::hours(1));
     a->Run();
     EXPECT_EQ(LogAfterTurn(), "ababa..aaa.");
@@ -64,12 +64,12 @@ TEST_F(SchedulerTest, AThreadStandsAsideOrIsKilledWhereItStands) {
     for (int i = 0; i < 2; ++i) a->Kill();
     EXPECT_EQ(LogAfterTurn(), "a.");
     a->Run();
-    EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be run anew";
+    EXPECT_EQ(LogAfterTurn(), "a.a") << "a killed thread can be started again";
     a->Kill();
     const auto killer = MakeRef<Beside>([&] { a->Kill(); });
     a->Run();
     Writer('w', 9);
-    EXPECT_EQ(LogAfterTurn(), "a.a.") << "killed in front of its turn; and another went with its last Ref";
+    EXPECT_EQ(LogAfterTurn(), "a.a.") << "a was killed before its turn; w lost its last Ref";
 }
 
 TEST(ShellTest, GivesWhatACommandWrites) {
@@ -96,7 +96,7 @@ TEST(OpenTest, StartsWithTheSignalsOfAShellAndSaysOneLineAtMost) {
     const Environment data("XDG_DATA_HOME", folder.Path());
     const Environment no_desktop("XDG_CURRENT_DESKTOP", "");
     const Environment path("PATH", folder.Path() + ":" + getenv("PATH"));
-    // What opens all writes much, and leaves a note if its pipes may break.
+    // The opener writes to both output streams, and leaves a note unless SIGPIPE is ignored.
     const std::string note = folder / "note";
     const std::string opener =
         folder.File("xdg-open", "#!/bin/sh\necho output; echo error >&2\ntrap 'echo \"$1\" >" + note +
@@ -162,9 +162,9 @@ TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
     for (const std::string id : {"01234567890abcde", "11234567890abcde", "01234567890abcde"}) {
         Put(machine, id + "\n");
         numbers.insert(serial());
-        EXPECT_EQ(ReplaceAll(serial(), "-", "").find("1234567"), std::string::npos) << "it tells the id";
+        EXPECT_EQ(ReplaceAll(serial(), "-", "").find("1234567"), std::string::npos) << "the id stays secret";
     }
-    EXPECT_EQ(numbers.size(), 2u) << "a machine keeps its number, and no other has it";
+    EXPECT_EQ(numbers.size(), 2u) << "a machine's number is stable and unique";
     using Case = std::tuple<const char*, std::string, std::string (*)(), std::string>;
     for (const auto& [path, bytes, told, expected] :
          {Case{release, "NAME=\"a \\\"b\\\" c\"\nNAMES=d\n", SystemInformationMBS::OSName, "a \"b\" c"},
@@ -177,7 +177,7 @@ TEST_F(SystemInformationTest, TellsWhatTheSystemHas) {
         Put(path, bytes);
         EXPECT_EQ(told(), expected) << bytes;
     }
-    // What is built in counts, whatever part of it the system keeps for itself.
+    // The installed memory counts, including what the kernel reserves.
     Put(memory + "/block_size_bytes", "80000000\n");
     for (const std::string block : {"memory0", "memory1", "memory3", "memory7", "memory8"}) {
         folder.Folder(block);
@@ -208,12 +208,12 @@ TEST(LaunchTest, StartsOneProcessOfAProgramAndBringsItToTheFront) {
         fs::remove(note);
         return process;
     };
-    const FileDescriptor not_handed_on(dup2(STDERR_FILENO, 100));  // far from numbers of its own
+    const FileDescriptor not_handed_on(dup2(STDERR_FILENO, 100));  // far above the child's own descriptors
     for (int i = 0; i < 3; ++i) launch("New Name");
     const pid_t process = started();
     ASSERT_GT(process, 0);
     EXPECT_EQ(desktop.brought_to_front, (std::vector<std::int64_t>{process, process}));
-    EXPECT_EQ(getsid(process), process) << "it would end with this program's terminal";
+    EXPECT_EQ(getsid(process), process) << "it has its own session, so it outlives our terminal";
     EXPECT_FALSE(fs::exists("/proc/" + Str(process) + "/fd/" + Str(not_handed_on.Descriptor())));
 
     kill(process, SIGKILL);

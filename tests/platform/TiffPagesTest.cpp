@@ -16,16 +16,16 @@ namespace varnith::test {
 
 namespace {
 
-// A file in memory, whose bytes can be replaced.
+// A file in memory with replaceable content.
 struct TiffPages : testing::Test {
     TiffPages() {
         TIFFSetErrorHandler(nullptr);
         TIFFSetWarningHandler(nullptr);
     }
-    // Counts the pages of what CountOf was given.
+    // Counts the pages of the bytes last given to CountOf.
     std::optional<std::int32_t> CountByLibtiff() const {
         lseek(file.Descriptor(), 0, SEEK_SET);
-        const int copy = dup(file.Descriptor());  // which libtiff closes
+        const int copy = dup(file.Descriptor());  // libtiff closes it
         TIFF* const tiff = TIFFFdOpen(copy, "", "rhm");
         if (!tiff) return close(copy), std::nullopt;
         const auto count = static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff));
@@ -41,8 +41,8 @@ struct TiffPages : testing::Test {
     const FileDescriptor file{memfd_create("pages", MFD_CLOEXEC)};
 };
 
-// A chain of directories without entries, in a classic file, each leading to the next of these places. A
-// place repeated is where it goes round.
+// A classic TIFF file with a chain of empty directories at these offsets, each leading to the next. A
+// repeated offset closes a loop.
 std::string ChainThrough(const std::vector<std::uint32_t>& places) {
     std::string bytes("II*\0", 4);
     const auto put = [&](std::size_t at, std::uint32_t place) {
@@ -54,7 +54,7 @@ std::string ChainThrough(const std::vector<std::uint32_t>& places) {
     return bytes;
 }
 
-// Something else at a random place: a byte, a short number, another place of the file, or its end.
+// Changes a random place: it gets another byte, a small number or an offset, or the file ends there.
 void Mutate(std::string& bytes, std::mt19937& random) {
     const std::size_t place = random() % bytes.size();
     const auto other = static_cast<std::uint32_t>(random() % (bytes.size() + 8));

@@ -13,7 +13,7 @@ static Ref<FolderItem> ItemOf(const std::string& path) {
     return FolderItem::FromPath(path);
 }
 
-// What the program lives on after, given an empty folder, by the line that tells of it.
+// Failures that the program survives: the line that reports each, and its cause, given an empty folder.
 using Failures = std::vector<std::pair<std::string, std::function<void(const TemporaryFolder&)>>>;
 static const Failures failures = {
     {"open [^\n]*/nothing: No such file or directory",
@@ -46,7 +46,7 @@ static const Failures failures = {
 };
 
 TEST(TraceTest, TellsEachFailureThatIsPassedOverInOneLineIfAskedTo) {
-    // The environment is read once, so each failure is met by a process that is started anew.
+    // The program reads the environment once, so each failure needs a new process.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto meet = [](const auto& failure) { failure(TemporaryFolder()); };
     for (const bool asked : {true, false}) {

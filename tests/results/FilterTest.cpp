@@ -17,7 +17,7 @@ void PickType(const std::string& entry) {
 }
 
 TEST_F(FilterTest, OffersTheTypesThatTheScanHasFound) {
-    // The folder's files; what is offered, each type with the number of its rows and their places.
+    // The folder's files, and the types offered, each with its number of rows and their places.
     const std::pair<Lines, std::string> cases[] = {{{"a.tif", "b.tif", "c.tiff"}, "tif 2 1~2|tiff 1 3|"},
                                                    {{"a.TIF", "b.tif"}, "TIF 2 1~2|"},
                                                    {{"a.tif", "b.tiff", "c.TIF"}, "tif 2 1~3|tiff 1 2|"},
@@ -61,12 +61,12 @@ TEST_F(FilterTest, ShowsTheSavedRowsOfTheTypeAsItIsSpelled) {
         EXPECT_EQ(Texts(), texts);
         EXPECT_EQ(SavedRows(), saved);
     });
-    // What a flat scan has found is not what is saved, in a later run neither.
+    // A flat scan doesn't change the saved rows, not even in a later run.
     Start([&] {
         for (const auto& [entry, rows] :
              {Pick{"tif", {saved[0], saved[3]}}, {"All", saved}, {"TIFF", flat}}) {
             Scan(documents / "flat", false);
-            EXPECT_EQ(Rows(), flat) << "no pick, whatever was picked before";
+            EXPECT_EQ(Rows(), flat) << "an earlier pick doesn't filter a new scan";
             PickType(entry);
             EXPECT_EQ(Rows(), rows);
         }
@@ -96,7 +96,7 @@ TEST_F(FilterTest, LeavesTheRowsWhereNoneAreSaved) {
 }
 
 TEST_F(FilterTest, HarmsNoScanAtWhateverMoment) {
-    // So many rows, and such long ones, that SQLite writes to the file, and locks it, long before a save
+    // The rows are so many and so long that SQLite writes to the file, and locks it, long before a save
     // ends.
     std::string folder = "x";
     for (int level = 0; level < 15; ++level) folder += "/" + std::string(250, 'x');
@@ -118,8 +118,8 @@ TEST_F(FilterTest, HarmsNoScanAtWhateverMoment) {
             });
             const Lines rows = Rows();
             const Lines saved = SavedRows();
-            EXPECT_TRUE(std::set(rows.begin(), rows.end()) == whole) << "a row is torn or lost";
-            // A pick that is still filling the list when the save comes to its end goes on behind it.
+            EXPECT_TRUE(std::set(rows.begin(), rows.end()) == whole) << "no row is torn or lost";
+            // A pick that is still filling the list when the save ends goes on after it.
             EXPECT_GE(saved.size(), whole.size());
             EXPECT_TRUE(std::ranges::mismatch(saved, rows).in1 == saved.end());
             EXPECT_TRUE(Main().Title().ends_with(" - Finished"));
@@ -137,8 +137,8 @@ TEST_F(FilterTest, WaitsForWhoHasTheFileForAMoment) {
             for (int turn = 0; turn < count; ++turn) Scheduler::Current().Turn();
         };
         Main().CheckBox4.SetValue(true);
-        // The turns that the save has before another program reads: it stands at its delete, or at its end.
-        // And whether it is ended there by another press.
+        // How many turns the save gets before another program's read stops it, at its delete or at its end,
+        // and whether another press ends it there.
         for (const auto& [before, again] : {std::pair(0, false), {10, false}, {0, true}, {10, true}}) {
             other.SQLExecute("insert into preferences values ('of an earlier scan', '', '', '')");
             Main().PopupMenu1.DeleteAllRows();
@@ -177,8 +177,8 @@ TEST_F(FilterTest, GivesUpToWhoHasTheFileForLong) {
         other.SQLExecute("begin exclusive transaction");
         Scan(documents.Folder("empty"), true);
         other.Commit();
-        EXPECT_EQ(SavedRows(), saved) << "who waits too long loses";
-        // So does another program's save that this one's overtakes.
+        EXPECT_EQ(SavedRows(), saved) << "a save that waits too long is lost";
+        // Another program's save is lost, too, if this program's save overtakes it.
         other.SQLExecute("delete from preferences where rowid>0");
         Scan(documents.Path(), true);
         for (const char* statement :

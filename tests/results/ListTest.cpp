@@ -11,7 +11,7 @@ TEST_F(ListTest, ShowsTheFileToItsApplicationWhateverItsNameUnlessItIsGone) {
     const Environment configuration("XDG_CONFIG_HOME", home.Path());
     const Environment data("XDG_DATA_HOME", home.Path());
     const Environment no_desktop("XDG_CURRENT_DESKTOP", "");
-    // A viewer for TIFF files and folders, which leaves in a file how many arguments it was given, and which.
+    // A viewer for TIFF files and folders that writes its argument count and its arguments to a file.
     const std::string given = home / "given";
     const std::string viewer = home.File("viewer", "#!/bin/sh\nprintf '%s|' $# \"$@\" > '" + given + "'\n");
     home.File("applications/viewer.desktop",
@@ -41,7 +41,7 @@ TEST_F(ListTest, ShowsTheFileToItsApplicationWhateverItsNameUnlessItIsGone) {
         }
         EXPECT_FALSE(std::filesystem::exists(home / "ran"));
 
-        // Where even the folder above the file's has gone, the path leads to no item at all.
+        // If even the parent of the file's folder is gone, the path gives no item at all.
         for (const auto& [gone, messages] :
              {std::pair(script, 1u), {folder.Path(), 2u}, {documents / "outer", 2u}}) {
             std::filesystem::remove_all(gone);
@@ -65,7 +65,7 @@ TEST_F(ListTest, TicksByItsMenuTheRowsThatAreThere) {
     };
     const auto press = [&](bool right_button) {
         desktop.right_button = right_button;
-        EXPECT_FALSE(Main().Listbox1.PressMouse(5, 5)) << "the list goes on with the press";
+        EXPECT_FALSE(Main().Listbox1.PressMouse(5, 5)) << "the list goes on to handle the press";
         return Ticks();
     };
     Start([&] {
@@ -79,7 +79,7 @@ TEST_F(ListTest, TicksByItsMenuTheRowsThatAreThere) {
             choice = entry;
             EXPECT_EQ(press(true), ticks);
         }
-        // Rows that a scan adds meanwhile are ticked too; the next scan's are not.
+        // Rows that a scan adds while the menu is open are ticked, too; those of the next scan are not.
         Locate(documents.Path());
         RunThreadsUntil([] { return Main().Listbox1.ListCount() == 1; });
         EXPECT_EQ(press(true), "xxx");

@@ -20,7 +20,7 @@ TEST_F(CountsTest, EachScanTakesWhatItsRuleSays) {
         std::erase_if(disk.opened, [&](const std::string& path) {
             return !path.starts_with(documents.Path()) || path.ends_with("/.hidden");
         });
-        EXPECT_EQ(disk.opened.size(), rows.size()) << "only what is taken is opened, and once";
+        EXPECT_EQ(disk.opened.size(), rows.size()) << "each counted file is opened once, and no other";
     };
     for (const char* name :
          {"a.tif", "a.tIf", "a.tiff", "A.TIFF", "a.b.c.tif", "a.tif.", "atif", "a.pdf", "b 007.tif",
@@ -42,8 +42,8 @@ TEST_F(CountsTest, EachScanTakesWhatItsRuleSays) {
     });
 }
 
-// A place in the folder and the count to show are the first words of each name. What can't be opened shows
-// the count of the file in front of it, in the same folder.
+// The first words of each name are its place in the folder and the count to show. A file that can't be opened
+// shows the count of the file before it in the same folder.
 TEST_F(CountsTest, AnyFileGetsItsRowAndItsCountAndNothingHangs) {
     const std::string three = TiffBytes(3);
     using Make = std::function<void(const std::string& path)>;

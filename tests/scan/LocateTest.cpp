@@ -7,7 +7,7 @@
 
 namespace varnith::test {
 
-// What comes of a press of "Locate". The two scans differ in much, all of it on purpose.
+// What a press of "Locate" leads to. The two kinds of scan differ in many details, all of them intended.
 struct LocateTest : ProgramTest {
     LocateTest() {
         for (const char* name : {"mixed/.a.tif", "mixed/b.tif", "mixed/none/a.txt", "mixed/sub/in.tif",
@@ -20,8 +20,8 @@ struct LocateTest : ProgramTest {
         disk.fails = [](const std::string& path) { return path.ends_with("/unlisted"); };
     }
 
-    // The texts, the number of saved rows and that of redraws, each time that one of them is another at a
-    // yield point of a scan.
+    // The texts, the number of saved rows and the number of redraws, taken at each yield point of a scan
+    // where one of them has changed.
     Lines MomentsOf(bool subfolders) {
         Lines moments;
         const auto look = [&] {
@@ -59,12 +59,12 @@ TEST_F(LocateTest, DiffersFromScanToScanAtEachMoment) {
                                            "Varnith - Testix - Finished|mixed|3 file(s)|All,tif,tiff|4|1",
                                            "Varnith - Testix - Finished|mixed|3 file(s)|All,tif|4|1"}));
         EXPECT_EQ(Tags(), (Lines{"1", "2", "3"}));
-        EXPECT_EQ(desktop.dialogs, 2) << "one a scan";
+        EXPECT_EQ(desktop.dialogs, 2) << "one dialog for each scan";
     });
 }
 
 TEST_F(LocateTest, TakesAFolderThatIsMissingOrGivesNothing) {
-    // What the texts behind the title are then; the rows stay where the address does.
+    // The texts after the title, for each kind of scan. The rows stay if the address does.
     const std::tuple<std::string, std::string, std::string> cases[] = {
         {"gone", "new|2 file(s)|All,tif", "gone|2 file(s)|All,tif"},
         {"mixed/empty", "mixed/empty|0 file(s)|All", "mixed/empty|2 file(s)|All,tif"},
@@ -82,7 +82,7 @@ TEST_F(LocateTest, TakesAFolderThatIsMissingOrGivesNothing) {
     });
 }
 
-// Pressed in each state of a scan, after another one has been finished and saved.
+// Presses the button in each state of a scan, after another scan has finished and been saved.
 TEST_F(LocateTest, EndsTheScanInWhateverState) {
     const Lines first = {"f.tiff|1|first|tiff"};
     const Lines two = {"a.tif|10|old|tif", "b.tif|9|old|tif"};
@@ -91,7 +91,7 @@ TEST_F(LocateTest, EndsTheScanInWhateverState) {
     const auto kill = [&] { walk(), Locate(std::nullopt); };
     const auto index = [&] { ScanUntil("old", true, [old = Main().words] { return Main().words != old; }); };
     const auto save = [&] { ScanUntil("old", true, [&] { return Saving(); }); };
-    // What stands after the press: the rows, the title, the other texts, the saved rows.
+    // What the press leaves: the rows, the title, the other texts, the saved rows.
     using State = std::tuple<std::string, std::function<void()>, Lines, std::string, std::string, Lines>;
     const State states[] = {
         {"Idle", [] {}, first, "Varnith - Testix - Finished", "|first|1 file(s)|All,tiff", first},
@@ -143,7 +143,7 @@ TEST_F(LocateTest, RowsAreSortedByClicksAndSavedAsTheyThenAre) {
         list.SetListIndex(1);
         for (int press = 0; press < 2; ++press) list.PressHeading(1);
         RunThreadsUntil([&] { return Saving(); });
-        EXPECT_EQ(Tags(), (Lines{"2*", "1", "3"})) << "rows that a scan adds go behind those sorted before";
+        EXPECT_EQ(Tags(), (Lines{"2*", "1", "3"})) << "a scan adds its rows after those already sorted";
         EXPECT_EQ(list.HeadingIndex(), -1);
         for (const auto& [heading, tags] : {std::pair(2, Lines{"2*", "1", "3"}),
                                             {2, {"3", "1", "2*"}},
@@ -151,11 +151,11 @@ TEST_F(LocateTest, RowsAreSortedByClicksAndSavedAsTheyThenAre) {
                                             {0, {"2*", "3", "1"}}}) {
             list.PressHeading(heading);
             EXPECT_EQ(Tags(), tags) << heading;
-            EXPECT_EQ(list.CellTag(list.ListIndex(), 0), "2") << "the highlight goes with its row";
+            EXPECT_EQ(list.CellTag(list.ListIndex(), 0), "2") << "the highlight moves with its row";
         }
         list.DeleteAllRows();
         RunThreads();
-        EXPECT_EQ(SavedRows(), (Lines{"b.tif|9|old|tif"})) << "emptied when one row was written";
+        EXPECT_EQ(SavedRows(), (Lines{"b.tif|9|old|tif"})) << "the list was emptied after one row was saved";
         EXPECT_EQ(Texts(), "Varnith - Testix - Finished|old|0 file(s)|All,tif");
     });
 }

@@ -36,8 +36,8 @@ TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnce) {
     }
 }
 
-// The scan stands still at its first row, as while the user looks at a dialog, until what was asked ahead is
-// old.
+// The scan stops at its first row, as it does while a dialog is open, until the answers read ahead have
+// expired.
 TEST_F(ReadAheadTest, WhatHasChangedMeanwhileShowsAsItIsNow) {
     const auto old = std::chrono::milliseconds(300);
     const auto rows_of = [](const std::string& folder, const Lines& files) {
@@ -65,12 +65,11 @@ TEST_F(ReadAheadTest, WhatHasChangedMeanwhileShowsAsItIsNow) {
              {rows_of("b", {"1.tif|1", "2.tif|1", "new.tif|2"}), rows_of(".", {"c.tif|3", "d.tif|3"}),
               rows_of("e", {"1.tif|1"}), rows_of("e/new", {"1.tif|2"})})
             rows.insert(rows.end(), more.begin(), more.end());
-        EXPECT_EQ(Rows(), rows) << "of the folder under way the listing stays, as ever";
+        EXPECT_EQ(Rows(), rows) << "the scan keeps the listing of the folder it is in";
     });
 }
 
-// Random trees, on a disk whose answers take their time, walked by both sources. Some walks are ended
-// half-way.
+// Both sources walk random trees on a disk with random delays. Some walks are ended half-way.
 TEST_F(ReadAheadTest, GivesTheRowsOfAPlainWalk) {
     std::mt19937 random(20);
     std::mutex mutex;

@@ -6,7 +6,7 @@
 
 namespace varnith::test {
 
-// Each start is a run of the program, behind whose end its settings stay open.
+// Each start is a run of the program. Its settings stay open after its end.
 using PrefsTest = ProgramTest;
 
 TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
@@ -31,7 +31,7 @@ TEST_F(PrefsTest, KeepsNamedTextsForTheNextRun) {
                           "select name from preferences where value = 'prefix'\"");
     EXPECT_EQ(other_program.Result(),
               "CREATE TABLE preferences (name varchar, value varchar)\n7|7\nVRNTH-name\n")
-        << "the day of the check is the seventh";
+        << "the seventh row is the day of the update check";
 }
 
 TEST_F(PrefsTest, TriesAgainAtEachCallAsLongAsThereIsNoFileToUse) {
@@ -80,7 +80,7 @@ TEST_F(PrefsTest, LieInTheFolderOfTheUsersSettings) {
                                         {"relative", home / ".config"}}) {
         const Environment configuration("XDG_CONFIG_HOME", value);
         Start([] {});
-        EXPECT_TRUE(std::filesystem::exists(folder + "/varnth")) << "the day of the check is noted at once";
+        EXPECT_TRUE(std::filesystem::exists(folder + "/varnth")) << "the day of the check is saved at once";
         EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
     }
 }

@@ -37,7 +37,7 @@ TEST_F(SupportWindowTest, ComposesTheDetailsAndEnablesSendForAllThatIsFilled) {
             "App Name:Varnith\rVersion: 1.2\rOS Version: \rTotal RAM: 8192 MB\r"
             "Available RAM: 2047 MB\rComputer Number: C02-X 1\rUser Name: ";
         EXPECT_EQ(w.kDetails.substr(0, details.size()), details);
-        EXPECT_GT(w.kDetails.find('\r', details.size()), details.size()) << "nobody's name";
+        EXPECT_GT(w.kDetails.find('\r', details.size()), details.size()) << "the user name isn't empty";
         for (const int filled : {0, 3, 5, 6, 7, 3}) {
             w.EditField1.SetText(filled & 1 ? "a" : "");
             w.EditField2.SetText(filled & 2 ? " " : "");
@@ -71,7 +71,7 @@ TEST_F(SupportWindowTest, SendsATicketWhateverTheServerDoesWhileAScanGoesOn) {
         EXPECT_TRUE(server.ClientHasGone());
         server.TakeRequest();
         server.Send("HTTP/1.0 500 No\r\n\r\n");
-        EXPECT_TRUE(server.DripFor(std::chrono::milliseconds(2200))) << "only a standstill has a limit";
+        EXPECT_TRUE(server.DripFor(std::chrono::milliseconds(2200))) << "data restarts the timeout";
         server.StopListening();
         server.Close();
     });
@@ -83,7 +83,7 @@ TEST_F(SupportWindowTest, SendsATicketWhateverTheServerDoesWhileAScanGoesOn) {
             SupportWindow& w = Filled(std::string(10'000, 'x') + " ME@X.ORG, please");
             w.Patience = 2;
             w.PushButton1.Press();
-            EXPECT_GT(Main().Listbox1.ListCount(), 0) << "a scan goes on meanwhile";
+            EXPECT_GT(Main().Listbox1.ListCount(), 0) << "a scan goes on during the request";
             EXPECT_EQ(desktop.messages, Lines{"Support Ticket Sent!"});
             EXPECT_TRUE(App::Instance().FrontWindow() == Ref<Window>(&Main()));
             desktop.messages.clear();

@@ -15,9 +15,9 @@ class CheckTest : public UpdateTest {
         using Application::SetVersion, Application::Version;
     };
 
-    // The address that the user is offered a download from.
+    // The URL of the download offered to the user.
     static std::string Offered() { return Offer() ? Offer()->downloadURL : "no offer"; }
-    // The same of a program of that version which has got that data file.
+    // The same for a program of that version that has received that data file.
     static std::string Offered(const Running::Version& version, const std::string& data) {
         Running running;
         running.SetVersion(version);
@@ -32,11 +32,11 @@ class CheckTest : public UpdateTest {
 TEST_F(CheckTest, OffersOnlyAGreaterNumber) {
     const std::tuple<Running::Version, Lines, Lines> cases[] = {
         {{1, 2, 2}, {"1.2.3", "1.2.3b4", "2"}, {"1.2.2", "1.2.2.9", "1.2", "-2.0.0"}},
-        // The parts carry into each other.
+        // A part that overflows carries into the one before it.
         {{1, 9, 0}, {"1.10.0", "1.9.100", "1.8.101"}, {"1.9", "1.8.100", "0.19"}},
         {{2, 0, 0}, {"2.0.1"}, {"1.10.0", "1.9.100", "2"}},
         {{0, 0, 0}, {".1"}, {"", "new"}},
-        // What does not fit is the greatest number, or the least.
+        // A number out of range becomes the greatest or the least one.
         {{2147483, 6, 46}, {"2147483.6.47", "1e999", "0.0.2147483648"}, {"-1e999", "1e999.-1e999"}},
         {{2147483647, 2147483647, 2147483647}, {}, {"99999999999999999999"}},
     };
@@ -74,7 +74,7 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         if (last_check) Prefs::SetValue("lastupdatecheck", true, last_check);
         Serve({page});
         Start([&, &address = offered] {
-            EXPECT_EQ(LastCheck(), today) << "a check that fails counts as made";
+            EXPECT_EQ(LastCheck(), today) << "a failed check counts as made";
             ServeUntil([&] { return HasServed() && !UpdateUtilities::checker->IsConnected(); });
             EXPECT_EQ(Offered(), address);
             if (!Offer()) return;
@@ -91,7 +91,7 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
     later.SetDay(later.Day() + 1);
     Prefs::SetValue("lastupdatecheck", true, later.SQLDate());
     Start([&] {
-        EXPECT_FALSE(MakersServer().HasVisitor()) << "the clock has been set back";
+        EXPECT_FALSE(MakersServer().HasVisitor()) << "no check after the clock was set back";
         EXPECT_EQ(LastCheck(), later.SQLDate());
         Serve({Page("version=1.2.4\ndownload-mac=" + url_of_nobody)});
         UpdateUtilities::Check(true);

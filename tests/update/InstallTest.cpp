@@ -18,7 +18,7 @@ class InstallTest : public UpdateTest {
   protected:
     InstallTest() {
         GiveUpPrivileges();
-        // A file that grows past a limit is the full disk's.
+        // A write past the file size limit then fails, as on a full disk.
         signal(SIGXFSZ, SIG_IGN);
 
         for (const auto& [bundle, name] :
@@ -36,7 +36,7 @@ class InstallTest : public UpdateTest {
         return "#!/bin/sh\nexec tail -f /dev/null --pid=" + std::to_string(getpid()) + " # " + name;
     }
 
-    // Runs a command line in the release's folder, $A and $T being the application's and the temporary one.
+    // Runs a command line in the release folder. $A is the application folder, $T the temporary one.
     void Run(const std::string& command_line) const {
         Shell().Execute("A=" + application.Path() + "; T=" + temporary + "; cd " + release.Path() + " && " +
                         command_line);
@@ -47,7 +47,7 @@ class InstallTest : public UpdateTest {
         return BytesOf(release / "archive");
     }
 
-    // The program starts, its user accepts the offer of an archive under that name, and it quits.
+    // Starts the program, accepts the offer of an archive of that name, and waits until the program quits.
     void Update(const std::string& command_line, const std::string& name = "a.tar.gz") {
         Serve({Newer(name), Page(Archive(command_line))});
         Start([&] {
@@ -63,8 +63,9 @@ class InstallTest : public UpdateTest {
         EXPECT_EQ(std::exchange(desktop.beeps, 0), 1);
     }
 
-    // The names in a folder. Behind that of a folder stands "=old" or "=new" if it is the bundle, byte for
-    // byte and with its permissions, else "=other". What the program keeps beside itself is left out.
+    // The names in a folder. A subfolder's name is followed by "=old" or "=new" if it is that bundle, with
+    // the same bytes and permissions, else by "=other". Files that the program keeps beside itself are
+    // omitted.
     std::string Holds(const std::string& path) const {
         std::string names;
         for (const auto& [name, what] : TreeOf(path)) {
@@ -77,8 +78,8 @@ class InstallTest : public UpdateTest {
         return names;
     }
 
-    // What the folder of the application and the temporary one hold in the end, and whether a program has
-    // been started.
+    // What the application folder and the temporary folder hold at the end, and whether a program was
+    // started.
     std::string Left() const {
         return Holds(application.Path()) + " | " + Holds(temporary) +
                (desktop.brought_to_front.empty() ? "" : " | started");
@@ -96,7 +97,7 @@ TEST_F(InstallTest, RefusesWhatHoldsNoApplicationAndInstallsWhatDoes) {
         "echo '<p>' >archive",
         Pack + " && truncate -s 60 archive",
         "tar -czf archive -T /dev/null",
-        // Paths that lead out of the folder: above it, from the root, and through a link.
+        // Paths that lead out of the folder: through its parent, from the root, and through a link.
         Pack + " -P --transform s,^,../,",
         Pack + " -P --transform s,^,$T-,",
         "mkdir -p link real/up && ln -s .. link/up && touch real/up/New.app && "
@@ -144,7 +145,7 @@ TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
         Offer()->ActionBtn.Press();
         ServeUntil([&] { return !desktop.messages.empty(); });
         ExpectFailure();
-        // An archive, and what counts as the application itself.
+        // A file that counts as the application itself, and an archive.
         for (const std::string name : {"Varnith", "a.tar.gz"}) {
             Offer()->Init("http://" + MakersServer().At("/new/" + name));
             for (std::size_t place = 0; place < page.size(); ++place) {
@@ -189,13 +190,13 @@ TEST_F(InstallTest, AStaleOldItemIsDeletedAsFarAsItCanBeAndKeepsTheProgramInItsP
         release / "New.app 0/link; ln -s /nowhere 0/nowhere; chmod 555 3");
     Update(Pack);
     EXPECT_EQ(Left(), "Varnith.app=old n-Varnith.app=new | o-Varnith.app=other | started");
-    // The one that can't be deleted stays the first, and the passes end.
+    // The folder that can't be deleted stays the first one, and the passes end.
     EXPECT_TRUE(Holds(temporary + "/o-Varnith.app").starts_with("3=other 4=other"));
-    EXPECT_EQ(Holds(release.Path()), "New.app=new archive") << "what a link leads to stays";
+    EXPECT_EQ(Holds(release.Path()), "New.app=new archive") << "the target of a link stays";
 }
 
 TEST_F(InstallTest, AnExecutableOutsideOfABundleIsTheApplication) {
-    // Its folder lacks what makes it a bundle's.
+    // Its folder lacks a part of a bundle.
     disk.executable = application.File("Half.app/Contents/Counter", Program("old"));
     Update("cp New.app/Contents/MacOS/Varnith archive", "Varnith");
     EXPECT_EQ(Left(), "Half.app=other Varnith.app=old | o-Counter | started");

@@ -18,8 +18,8 @@ class UpdateTest : public ProgramTest {
   protected:
     void Start(const std::function<void()>& user) { EXPECT_EQ(ProgramTest::Start(user), 0); }
 
-    // Answers so many requests, one after the other, each with a page, head and all, or what there is of it
-    // before the connection is reset.
+    // Answers a request with each page, which includes its headers. If `resets`, the page is incomplete and
+    // a reset of the connection follows it.
     void Serve(const Lines& pages, bool resets = false) {
         served_ = std::async(std::launch::async, [pages, resets] {
             for (const std::string& page : pages) {
@@ -34,12 +34,12 @@ class UpdateTest : public ProgramTest {
         return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
                body;
     }
-    // The page of a data file that names a newer version, its download being one of that name.
+    // The page of a data file that offers a newer version as a download of that name.
     static std::string Newer(const std::string& name) {
         return Page("version=1.2.4\ndownload-mac=http://" + MakersServer().At("/new/" + name));
     }
 
-    // The window of the offer; nil while there is none in front.
+    // The window of the offer; nil unless it is the front window.
     static Ref<AutoUpdateWindow> Offer() {
         return Ref<AutoUpdateWindow>::As(Application::Current().FrontWindow());
     }

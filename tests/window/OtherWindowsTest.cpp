@@ -5,10 +5,10 @@
 
 namespace varnith::test {
 
-// The menus, the windows that they open, and the windows that come by themselves.
+// The menus, the windows that they open, and the windows that open by themselves.
 using OtherWindowsTest = WindowTest;
 
-// What a menu bar's menus show when they are opened.
+// What the menus of a menu bar show when opened.
 std::string Entries(const QMenuBar& bar) {
     QString entries;
     for (const QAction* menu : bar.actions()) {
@@ -21,7 +21,7 @@ std::string Entries(const QMenuBar& bar) {
     return entries.toStdString();
 }
 
-// The buttons that a window asks its frame to have: 8 to minimise, 16 to maximise, 32 to close it.
+// The buttons that a window requests for its frame: 8 to minimise, 16 to maximise, 32 to close it.
 int Buttons(const QWidget& window) {
     QProcess xprop;
     xprop.start("xprop", {"-notype", "-id", QString::number(window.winId()), "_MOTIF_WM_HINTS"});
@@ -31,7 +31,7 @@ int Buttons(const QWidget& window) {
     return asks ? numbers.value(1).toInt(nullptr, 16) & 56 : -1;
 }
 
-// In each control, and around it, there is room for its text.
+// Each control has room for its text, inside and around it.
 void ExpectRoomForTexts(const QMainWindow& window) {
     for (const auto* control : window.centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
         const auto* label = qobject_cast<const QLabel*>(control);
@@ -44,7 +44,7 @@ void ExpectRoomForTexts(const QMainWindow& window) {
 }
 
 TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
-    // A desktop of large letters, above all in headings.
+    // A desktop with large fonts, the largest in headings.
     QApplication::setFont(QFont("DejaVu Sans", 20));
     QApplication::setFont(QFont("DejaVu Sans", 30), "QHeaderView");
     for (const char* keys : {"ctrl+w", "ctrl+shift+w", "super+w", "super+shift+w"}) {
@@ -75,7 +75,7 @@ TEST_F(OtherWindowsTest, OpenOnceFromTheMenusAndCloseByTheirKey) {
                 Main().Show();
                 EXPECT_EQ(&Opened(entry), &window);
                 EXPECT_EQ(window.focusWidget(), window.findChild<QLineEdit*>());
-                // Had one of these closed it, the next would end the program.
+                // If one of these closed the window, the next would end the program.
                 Press("w");
                 Press("shift+w");
                 Press(keys);
@@ -105,7 +105,7 @@ TEST_F(OtherWindowsTest, AboutTellsTheProgramAndLeadsToItsSite) {
                   "© The Varnith developers|varnith.example");
         for (const QRect& place : {QRect(15, 10, 94, 93), QRect(139, 47, 25, 27), QRect(189, 9, 100, 95)})
             EXPECT_GT(about.grab(place).toImage().convertToFormat(QImage::Format_Indexed8).colorCount(), 3)
-                << "nothing is drawn at " << place.left();
+                << "something is drawn at " << place.left();
         for (const int line : {226, 258}) QTest::mouseClick(about.childAt(150, line + 10), Qt::LeftButton);
         EXPECT_EQ(desktop.urls, Lines({"http://www.varnith.example", "http://varnith.example"}));
         Activate(*frame);
@@ -132,7 +132,7 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
             Press("Return");
             ServeUntil([&] { return w.EditField3.Text() == "über1\r2\r3\r4v\rall"; });
         }
-        // The same over itself: what is typed next comes behind it.
+        // Pastes the same text over itself: what is typed next comes after it.
         QGuiApplication::clipboard()->setText(details.toPlainText());
         details.selectAll();
         Press("ctrl+v");
@@ -141,7 +141,7 @@ TEST_F(OtherWindowsTest, SupportTakesWhatIsPasted) {
         Press("Tab");
         ServeUntil([] { return qobject_cast<QPushButton*>(QApplication::focusWidget()); });
 
-        // It stays as it is in a line too, when the window is drawn.
+        // A single-line field also keeps the pasted text as it is when the window is redrawn.
         auto& address = *support.findChild<QLineEdit*>();
         QGuiApplication::clipboard()->setText("a\tb\nc");
         address.setFocus();
@@ -157,18 +157,18 @@ TEST_F(OtherWindowsTest, AnUpdatesOfferTakesAllButTheMenusAndCannotBeClosed) {
     Work([&] {
         QMainWindow& support = Opened(Main().HelpSupport());
         const auto window = AutoUpdateWindow::Instance();
-        // Nobody can be at this address.
+        // No server can have this port.
         window->Init("http://127.0.0.1:70000/New.tar.gz");
         QMainWindow& offer = Front();
         const auto& details = *offer.findChildren<QLabel*>()[1];
         ServeUntil([&] { return details.text().contains("newer version of available"); });
-        EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text is cut off";
+        EXPECT_TRUE(details.wordWrap() && details.heightForWidth(392) <= 61) << "the text isn't cut off";
         EXPECT_NEAR(offer.geometry().center().x(), offer.screen()->geometry().center().x(), 1);
         EXPECT_EQ(Buttons(offer), 0);
 
         offer.close();
         for (const char* keys : {"ctrl+w", "Escape", "alt+F4"}) Press(keys);
-        // What is done to another window shows where the user's answer is wanted.
+        // Input to another window points the user to the window that waits for an answer.
         for (QMainWindow* other : {&support, frame}) {
             SCOPED_TRACE(other->windowTitle().toStdString());
             Activate(*other);
@@ -221,7 +221,7 @@ TEST_F(OtherWindowsTest, ThoseOfAnotherProgramAreBroughtToTheFront) {
         QProcess other;
         other.start("xmessage", {"other"});
         ServeUntil([&] { return !frame->isActiveWindow(); });
-        // It doesn't say itself whose the window is.
+        // xmessage doesn't set the process id of its window itself.
         QProcess::execute("xprop", {"-name", "xmessage", "-f", "_NET_WM_PID", "32c", "-set", "_NET_WM_PID",
                                     QString::number(other.processId())});
         Activate(*frame);

@@ -17,7 +17,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         EXPECT_EQ(table.model()->headerData(1, Qt::Horizontal), "Name");
         frame->findChild<QCheckBox*>()->setFocus();
         table.setFocus();
-        EXPECT_FALSE(table.currentIndex().isValid()) << "none is highlighted until the user does it";
+        EXPECT_FALSE(table.currentIndex().isValid()) << "no row is highlighted until the user highlights one";
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, Centre(2, 3));
         EXPECT_EQ(list.ListIndex(), 2);
         const auto press = [&](Qt::Key key) {
@@ -50,7 +50,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         QApplication::setKeyboardInputInterval(interval);
         EXPECT_EQ(press(Qt::Key_Home), 0);
 
-        // What is cut off shows as a tip, and nothing else does.
+        // A text that is cut off has a tool tip, and no other has.
         for (const auto& [row, tip] : {std::pair(1, ""), {0, "&lt;b&gt;www"}}) {
             const QPoint place = Centre(row, 1);
             QHelpEvent help(QEvent::ToolTip, place, table.viewport()->mapToGlobal(place));
@@ -65,7 +65,7 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           {header->sectionViewportPosition(2) + 20, 8});
         ServeUntil([&] { return header->isSortIndicatorShown() && table.currentIndex().row() == 3; });
-        EXPECT_EQ(list.ListIndex(), 3) << "the row that was highlighted, where it is now";
+        EXPECT_EQ(list.ListIndex(), 3) << "the highlighted row, at its new place";
         EXPECT_EQ(Tags()[3], "2*");
     });
 }
@@ -76,7 +76,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         QTableView& table = Table();
         Scan(documents.Path(), false);
         ServeUntil([&] { return table.model()->rowCount() == 3; });
-        // Below the rows there is nothing to open, and on the check box each click ticks besides.
+        // A double-click below the rows opens nothing. On a check box, each click also changes the tick.
         for (const QPoint& place :
              {Centre(1, 1), Centre(2, 1) + QPoint(0, 100), QPoint(10, Centre(0, 0).y()), Centre(2, 4)})
             Click(table.viewport()->mapToGlobal(place), 2);
@@ -85,7 +85,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_EQ(Ticks(), "---");
 
-        // Works the menu that the next event brings up at that place.
+        // Acts as the user of the menu that the next event opens at that place.
         const auto with_menu_at = [&](const QPoint& place, const std::function<void(QMenu&)>& user) {
             QTimer::singleShot(0, &table, [&table, place, user] {
                 auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -105,7 +105,7 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         EXPECT_EQ(Ticks(), "xxx");
 
         with_menu_at(Centre(1, 3), [](QMenu& menu) {
-            EXPECT_EQ(Main().Listbox1.ListIndex(), 2) << "the list makes of the press what it does later";
+            EXPECT_EQ(Main().Listbox1.ListIndex(), 2) << "the list handles the press after the menu";
             Main().Close();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             menu.close();
@@ -127,8 +127,8 @@ TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
         const auto wait_for_frame = [&] {
             ServeUntil([&] { return frame->windowTitle().toStdString() == Main().Title(); });
         };
-        // What a scan fills the filter with while it shows "All" and "tif", its list open or not, and what
-        // the user's pick of "tif" comes to.
+        // What a scan fills the filter with while it shows "All" and "tif", with its list open or closed, and
+        // the result when the user picks "tif".
         for (const auto& [entries, picked] :
              {std::pair(Lines{"All", "TIF", "tif"}, "tif"), {{"tif", "All"}, "tif"}, {{"All", "tiff"}, ""}}) {
             for (const bool open : {false, true}) {
@@ -138,7 +138,7 @@ TEST_F(ResultsTest, PicksInTheFilterWhatItShows) {
                 QWheelEvent wheel({5, 5}, popup.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
                                   Qt::NoScrollPhase, false);
                 QApplication::sendEvent(&popup, &wheel);
-                EXPECT_EQ(filter.Text(), "") << "a wheel is no pick";
+                EXPECT_EQ(filter.Text(), "") << "the mouse wheel picks nothing";
                 if (open) popup.showPopup();
                 fill(entries);
                 if (open) wait_for_frame();

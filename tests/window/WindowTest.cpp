@@ -15,7 +15,7 @@ void WindowTest::Work(const std::function<void()>& user) {
     });
 }
 
-// It goes in order: once it has another count of desktops, it has done all from before.
+// It handles requests in order: once it has changed its number of desktops, it has done all earlier ones.
 void WindowTest::WaitForWindowManager() {
     static int desktops = 2;
     desktops ^= 1;
@@ -40,7 +40,7 @@ QMainWindow& WindowTest::Front() {
 }
 
 void WindowTest::Activate(const QWidget& window) {
-    // A window manager may leave a new window behind; its user would then click on it.
+    // A window manager may open a new window without activating it; the user would then click on it.
     Do({"windowactivate", QString::number(window.winId())});
     WaitForWindowManager();
     QApplication::processEvents();

@@ -10,8 +10,8 @@
 
 namespace varnith::test {
 
-// The real desktop, but for what would leave the program, which is the script's to answer, and for the end of
-// the event loop.
+// The real desktop, except that the script answers calls that would leave the program, and that it ends the
+// event loop in its own way.
 class ScreenDesktop : public QtDesktop {
   public:
     explicit ScreenDesktop(TestDesktop& script) : QtDesktop(argument_count_, arguments_), script_(script) {}
@@ -24,7 +24,7 @@ class ScreenDesktop : public QtDesktop {
     void OpenURL(const std::string& url) override { script_.OpenURL(url); }
 
   private:
-    // They outlive every desktop, as Qt wants it.
+    // Qt requires them to outlive every application object.
     static inline char name_[] = "Varnith";
     static inline char* arguments_[] = {name_, nullptr};
     static inline int argument_count_ = 1;
@@ -32,26 +32,26 @@ class ScreenDesktop : public QtDesktop {
     TestDesktop& script_;
 };
 
-// The whole program in real windows on the screen that the test was given.
+// The whole program in real windows on the test's screen.
 class WindowTest : public ProgramTest {
   protected:
-    // Starts the program and lets the user work, once its window is in front.
+    // Starts the program and runs `user` once the main window is active.
     void Work(const std::function<void()>& user);
 
-    // The window that the program takes for the one in front, once it is.
+    // The program's front window, once it is active on the screen.
     static QMainWindow& Front();
     static void Activate(const QWidget& window);
     // The window that an entry of the menus opens.
     static QMainWindow& Opened(const Ref<MenuItem>& entry);
 
-    // The main window's table, and where a cell of it is.
+    // The main window's table, and the centre of one of its cells.
     QTableView& Table() const { return *frame->findChild<QTableView*>(); }
     QPoint Centre(int row, int column) const {
         return Table().visualRect(Table().model()->index(row, column)).center();
     }
 
-    // What the user does with the keyboard, as in "ctrl+w", and with the mouse. A window manager that is
-    // still about what it was asked before may leave a key to nobody, so that is waited for.
+    // Key presses, as in "ctrl+w", and mouse clicks. A window manager still busy with earlier requests may
+    // give a key to no window, so each of these waits for it.
     static void Press(const char* keys) { Do({"key", "--clearmodifiers", keys}); }
     static void Click(const QPoint& on_screen, int times = 1) {
         Do({"mousemove", QString::number(on_screen.x()), QString::number(on_screen.y()), "click", "--repeat",

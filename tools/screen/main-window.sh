@@ -1,9 +1,9 @@
 # shellcheck shell=bash disable=SC2034
-# What a person does with the program's main window, by key presses and clicks. To be sourced.
+# Operates the program's main window by key presses and clicks, as a user does. To be sourced.
 # shellcheck source=virtual-screen.sh
 . "$(dirname "${BASH_SOURCE[0]}")/virtual-screen.sh"
 
-# Starts a program with a folder for its home, in which its folder dialog opens. Sets program_pid, main_window.
+# Starts a program with a folder as its HOME, where its folder dialog opens. Sets program_pid and main_window.
 open_main_window() {
     HOME=$2 start_program "$1"
     program_pid=$started_pid
@@ -14,7 +14,7 @@ wait_for_main_window() {
     wait_for_window '^Varnith - '
     main_window=$found_window
     wait_until is_active "$main_window"
-    # The window opens at its design size, on top of which comes the menu bar, as high as the style has it.
+    # The window opens at its design size plus the menu bar, whose height depends on the style.
     local height
     read -r _ height < <(size_of "$main_window")
     menu_bar_height=$((height - 670))
@@ -29,8 +29,8 @@ click_locate() {
     wait_until dialog_is_open
 }
 
-# Presses "Locate" and types a folder's name into the dialog, which is left to be accepted. It is no path,
-# because the dialog tries to complete each part of a path, and on a busy machine its proposals come late.
+# Presses "Locate" and types a folder's name into the dialog; the caller accepts it. The name can't be a path:
+# the dialog tries to complete each part of a path, and on a busy machine its proposals come late.
 locate() {
     click_locate
     type_text "$1"
@@ -48,7 +48,7 @@ scan_with_subfolders() {
     wait_until has_title "$main_window" ' - Finished$'
 }
 
-# A menu is a window of the program that the window manager leaves alone.
+# A menu is a window of the program that the window manager doesn't manage.
 menu_is_open() {
     local window
     for window in $(xwininfo -root -children | awk '/\("Varnith" "Varnith"\)/ { print $1 }'); do
@@ -61,7 +61,7 @@ menu_is_closed() {
     ! menu_is_open
 }
 
-# Does something that brings up a menu.
+# Runs a command that opens a menu, and waits for the menu.
 open_menu() {
     wait_until menu_is_closed
     "$@"
@@ -76,7 +76,7 @@ open_exporter() {
     wait_until is_active "$exporter"
 }
 
-# Types a file's name in the home folder into the dialog that asks for one, and accepts it.
+# Types the name of a file in the home folder into the save dialog, and accepts it.
 answer_save_dialog() {
     wait_for_window '^Save As$'
     wait_until is_active "$found_window"

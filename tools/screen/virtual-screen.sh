@@ -1,8 +1,8 @@
 # shellcheck shell=bash disable=SC2034
-# A virtual screen of one's own with a window manager, and what a person does in front of it. To be sourced;
-# start_screen comes first. All that was started ends with the shell, however that ends. Needs bash 4.4.
+# A private virtual screen with a window manager, and what a user does on it. To be sourced; call start_screen
+# first. All programs started here end with the shell, however it ends. Needs bash 4.4.
 
-patience=120  # seconds; many, because on a busy machine all takes long
+patience=120  # seconds; generous, because everything is slow on a busy machine
 
 wait_until() {
     local end=$((SECONDS + patience)) pause=0.05
@@ -16,19 +16,19 @@ has_ended() {
     ! kill -0 "$1" 2>/dev/null
 }
 
-# Ends the shell unless what is there is what is wanted.   expect WHAT WANTED FOUND
+# Exits the shell unless FOUND equals WANTED.   expect WHAT WANTED FOUND
 expect() {
     [ "$2" = "$3" ] || { printf '%s:\n%s\ninstead of\n%s\n' "$1" "$3" "$2" >&2; exit 1; }
 }
 
-# Starts a program that lasts no longer than this shell, and puts its process id into started_pid.
+# Starts a program that is killed when this shell ends. Sets started_pid to its process id.
 start_program() {
     setpriv --pdeathsig KILL -- "$@" &
     started_pid=$!
 }
 
-# Starts a screen of a size in pixels, such as 1280x1024, and makes it the one in use. The programs on it find
-# an empty home and temporary folder, so no setting of the user has a say in what they do.
+# Starts a screen of a size in pixels, such as 1280x1024, and sets DISPLAY to it. The programs on it get an
+# empty home and temporary folder, so that no setting of the user affects them.
 start_screen() {
     screen_folder=$(mktemp -d "${TMPDIR:-/tmp}/varnith-screen-XXXXXX")
     trap stop_screen EXIT
@@ -38,7 +38,7 @@ start_screen() {
     export TMPDIR=$screen_folder/temporary
     mkdir -m 0700 "$HOME" "$XDG_RUNTIME_DIR" "$TMPDIR"
 
-    # The server takes the first number that is free and says which, so that many can start at once.
+    # The server reports the first free display number, which it takes, so that several can start at once.
     start_program Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp \
         3>"$screen_folder/number" 2>"$screen_folder/server.log"
     wait_until test -s "$screen_folder/number"
@@ -82,7 +82,7 @@ is_active() {
     [ "$(xdotool getactivewindow 2>/dev/null)" = "$((${1}))" ]
 }
 
-# Clicks at a place in a window, in pixels from its left and top, or below 0 from its right and bottom.
+# Clicks at a place in a window, in pixels from its left and top, or if negative from its right and bottom.
 click() {
     local width height
     read -r width height < <(size_of "$1")
@@ -97,10 +97,10 @@ type_text() {
     xdotool type --clearmodifiers --delay 5 -- "$1"
 }
 
-# Keeps a picture of a window, as PNG, once it has stopped changing.
+# Saves a screenshot of a window as PNG once the window has stopped changing.
 take_picture() {
     wait_until picture_has_settled "$1"
-    # Without dates, so that the same picture is the same file.
+    # Without dates, so that equal pictures give equal files.
     convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$2"
 }
 
