@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string_view>
+#include <utility>
 
 #include <sqlite3.h>
 
@@ -30,12 +31,14 @@ std::string_view ColumnText(sqlite3_stmt* statement, int column) {
 // attempt in the trace.
 int Patiently(sqlite3* handle, std::string_view tried, std::string_view on,
               const std::function<int()>& attempt) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     int result = attempt();
-    while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < limit) {
-        WaitBriefly(-1, false);
-        Yield();
-        result = attempt();
+    if (result == SQLITE_BUSY) {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+        while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < limit) {
+            WaitBriefly(-1, false);
+            Yield();
+            result = attempt();
+        }
     }
     if (result != SQLITE_OK && result != SQLITE_DONE) TraceFailure(tried, on, sqlite3_errmsg(handle));
     return result;
@@ -106,7 +109,9 @@ void Database::Write(std::string_view tried, std::string_view on, const std::fun
     const bool has_begun = IsInTransaction();
     is_lost_ = Patiently(handle_.get(), tried, on, statement) == SQLITE_BUSY;
     if (!has_begun) seen_version_ = Version();
-    if (!IsInTransaction()) return;
+    const bool held_lock = std::exchange(holds_lock_, IsInTransaction() && has_begun);
+    // The lock that the first change in a transaction takes keeps others from committing until its end.
+    if (!IsInTransaction() || (held_lock && !is_lost_)) return;
     if (!is_lost_ && Version() != seen_version_) {
         is_lost_ = true;
         TraceFailure("save to the database", sqlite3_db_filename(handle_.get(), "main"),

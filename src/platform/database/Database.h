@@ -20,10 +20,14 @@ namespace varnith {
 // A record to insert: the names of its columns and a text for each, which may contain any bytes.
 class DatabaseRecord {
   public:
+    DatabaseRecord() { columns_.reserve(UsualColumns); }
+
     void SetColumn(const std::string& name, const std::string& value) { columns_.emplace_back(name, value); }
     const std::vector<std::pair<std::string, std::string>>& Columns() const { return columns_; }
 
   private:
+    static constexpr std::size_t UsualColumns = 4;
+
     std::vector<std::pair<std::string, std::string>> columns_;
 };
 
@@ -90,6 +94,7 @@ class Database {
     std::string insert_table_;
     std::vector<std::string> insert_columns_;
     std::uint32_t seen_version_ = 0;
+    bool holds_lock_ = false;  // for writing, since a statement of the open transaction
     bool is_lost_ = false;
 };
 
