@@ -22,7 +22,9 @@ class DatabaseRecord {
   public:
     DatabaseRecord() { columns_.reserve(UsualColumns); }
 
-    void SetColumn(const std::string& name, const std::string& value) { columns_.emplace_back(name, value); }
+    void SetColumn(const std::string& name, std::string value) {
+        columns_.emplace_back(name, std::move(value));
+    }
     const std::vector<std::pair<std::string, std::string>>& Columns() const { return columns_; }
 
   private:
