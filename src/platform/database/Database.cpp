@@ -29,8 +29,8 @@ std::string_view ColumnText(sqlite3_stmt* statement, int column) {
 // Repeats an attempt while another connection has the file locked, for 2 s at most. SQLite's own busy handler
 // would block the program's threads, and a thread can't be killed within SQLite. `tried` and `on` tell the
 // attempt in the trace.
-int Patiently(sqlite3* handle, std::string_view tried, std::string_view on,
-              const std::function<int()>& attempt) {
+template <class Attempt>
+int Patiently(sqlite3* handle, std::string_view tried, std::string_view on, const Attempt& attempt) {
     int result = attempt();
     if (result == SQLITE_BUSY) {
         const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(2);
@@ -104,7 +104,8 @@ std::uint32_t Database::Version() const {
     return version;
 }
 
-void Database::Write(std::string_view tried, std::string_view on, const std::function<int()>& statement) {
+template <class Statement>
+void Database::Write(std::string_view tried, std::string_view on, const Statement& statement) {
     if (!handle_ || is_lost_) return;
     const bool has_begun = IsInTransaction();
     is_lost_ = Patiently(handle_.get(), tried, on, statement) == SQLITE_BUSY;

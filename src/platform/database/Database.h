@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -79,7 +78,8 @@ class Database {
     std::uint32_t Version() const;
     // `statement`, Select and Insert run a statement and return SQLite's result code. `tried` and `on` tell
     // the statement in the trace.
-    void Write(std::string_view tried, std::string_view on, const std::function<int()>& statement);
+    template <class Statement>
+    void Write(std::string_view tried, std::string_view on, const Statement& statement);
     int Select(const std::string& statement, Ref<RecordSet>& found);
     int Insert(const std::string& table, const DatabaseRecord& record);
     bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;
