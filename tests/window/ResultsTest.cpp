@@ -5,36 +5,51 @@ namespace varnith::test {
 // The list on the screen.
 using ResultsTest = WindowTest;
 
-TEST_F(ResultsTest, AnswersMouseAndKeys) {
-    documents.File("<b>" + std::string(200, 'w') + ".tif", TiffBytes(12));
-    for (int i = 1; i <= 60; ++i) documents.File("a" + std::to_string(i) + ".tif", TiffBytes(2));
-    for (const char* name : {"b 10.tif", "b9.tif", "c.tif"}) documents.File(name, TiffBytes(1));
-    Work([&] {
-        Listbox& list = Main().Listbox1;
-        QTableView& table = Table();
-        Scan(documents.Path(), false);
-        ServeUntil([&] { return table.model()->rowCount() == 64; });
+// 64 rows in the window, the first with a name that no column can show whole.
+struct RowsTest : ResultsTest {
+    void WorkOnRows(const std::function<void(QTableView& table, Listbox& list)>& user) {
+        documents.File("<b>" + std::string(200, 'w') + ".tif", TiffBytes(12));
+        for (int i = 1; i <= 60; ++i) documents.File("a" + std::to_string(i) + ".tif", TiffBytes(2));
+        for (const char* name : {"b 10.tif", "b9.tif", "c.tif"}) documents.File(name, TiffBytes(1));
+        Work([&] {
+            Scan(documents.Path(), false);
+            ServeUntil([&] { return Table().model()->rowCount() == 64; });
+            user(Table(), Main().Listbox1);
+        });
+    }
+    // Presses a key in the table and returns the row that is highlighted then.
+    std::int32_t PressKey(Qt::Key key) {
+        QTest::keyClick(&Table(), key);
+        return Main().Listbox1.ListIndex();
+    }
+};
+
+TEST_F(RowsTest, MovesAmongRowsByKeys) {
+    WorkOnRows([&](QTableView& table, Listbox& list) {
         EXPECT_EQ(table.model()->headerData(1, Qt::Horizontal), "Name");
         frame->findChild<QCheckBox*>()->setFocus();
         table.setFocus();
         EXPECT_FALSE(table.currentIndex().isValid()) << "no row is highlighted until the user highlights one";
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, Centre(2, 3));
         EXPECT_EQ(list.ListIndex(), 2);
-        const auto press = [&](Qt::Key key) {
-            QTest::keyClick(&table, key);
-            return list.ListIndex();
-        };
-        EXPECT_EQ(press(Qt::Key_Down), 3);
-        EXPECT_EQ(press(Qt::Key_Left), 3);
-        EXPECT_GT(press(Qt::Key_PageDown), 10);
-        EXPECT_EQ(press(Qt::Key_End), 63);
+        EXPECT_EQ(PressKey(Qt::Key_Down), 3);
+        EXPECT_EQ(PressKey(Qt::Key_Left), 3);
+        EXPECT_GT(PressKey(Qt::Key_PageDown), 10);
+        EXPECT_EQ(PressKey(Qt::Key_End), 63);
+        EXPECT_EQ(PressKey(Qt::Key_Home), 0);
+    });
+}
+
+TEST_F(RowsTest, TakesASpaceForATickOrForTheNameThatIsBeingTyped) {
+    WorkOnRows([&](QTableView&, Listbox& list) {
+        PressKey(Qt::Key_End);
         const int interval = QApplication::keyboardInputInterval();
         QApplication::setKeyboardInputInterval(1);
         const auto press_alone = [&](Qt::Key key) {
             QElapsedTimer pause;
             pause.start();
             ServeUntil([&] { return pause.hasExpired(1); });
-            return press(key);
+            return PressKey(key);
         };
         EXPECT_EQ(press_alone(Qt::Key_B), 61);
         for (const bool ticked : {true, false}) {
@@ -43,13 +58,16 @@ TEST_F(ResultsTest, AnswersMouseAndKeys) {
         }
         EXPECT_EQ(press_alone(Qt::Key_B), 62);
         QApplication::setKeyboardInputInterval(60'000);
-        EXPECT_EQ(press(Qt::Key_Space), 61);
+        EXPECT_EQ(PressKey(Qt::Key_Space), 61);
         EXPECT_EQ(Ticks(), std::string(64, '-'));
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Space}) press(key);
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Space}) PressKey(key);
         EXPECT_EQ(Ticks(), std::string(62, '-') + "x-");
         QApplication::setKeyboardInputInterval(interval);
-        EXPECT_EQ(press(Qt::Key_Home), 0);
+    });
+}
 
+TEST_F(RowsTest, ShowsCutTextsAsTipsAndTicksAndSortsByTheMouse) {
+    WorkOnRows([&](QTableView& table, Listbox& list) {
         // A text that is cut off has a tool tip, and no other has.
         for (const auto& [row, tip] : {std::pair(1, ""), {0, "&lt;b&gt;www"}}) {
             const QPoint place = Centre(row, 1);

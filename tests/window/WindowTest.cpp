@@ -52,60 +52,64 @@ QMainWindow& WindowTest::Opened(const Ref<MenuItem>& entry) {
     return Front();
 }
 
-TEST_F(WindowTest, FollowsItsLayoutAtEverySize) {
+struct LayoutTest : WindowTest {
+    void Resize(const QSize& size, const QSize& contents) {
+        frame->resize(size);
+        ServeUntil([&] { return frame->centralWidget()->size() == contents; });
+        EXPECT_EQ(QSize(Main().Width(), Main().Height()), contents);
+    }
+    void ExpectColumns(const QList<int>& expected) {
+        QList<int> widths;
+        ServeUntil([&] {
+            widths.clear();
+            for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
+            return widths == expected;
+        });
+        EXPECT_EQ(widths, expected);
+    }
+    // Drags the right edge of a column's heading.
+    void Drag(int column, int by) {
+        const QHeaderView& header = *Table().horizontalHeader();
+        const int edge = header.sectionViewportPosition(column) + header.sectionSize(column) - 1;
+        const QPoint place = header.viewport()->mapToGlobal(QPoint(edge, 8));
+        const QString y = QString::number(place.y());
+        Do({"mousemove", QString::number(place.x()), y, "mousedown", "1", "mousemove",
+            QString::number(place.x() + by), y, "mouseup", "1"});
+    }
+};
+
+TEST_F(LayoutTest, FollowsItsLayoutAtEverySize) {
     Work([&] {
-        const auto resize = [&](const QSize& size, const QSize& contents) {
-            frame->resize(size);
-            ServeUntil([&] { return frame->centralWidget()->size() == contents; });
-            EXPECT_EQ(QSize(Main().Width(), Main().Height()), contents);
-        };
-        const auto expect_columns = [&](const QList<int>& expected) {
-            QList<int> widths;
-            ServeUntil([&] {
-                widths.clear();
-                for (int column = 0; column < 5; ++column) widths += Table().columnWidth(column);
-                return widths == expected;
-            });
-            EXPECT_EQ(widths, expected);
-        };
-        const auto drag = [&](int column, int by) {
-            const QHeaderView& header = *Table().horizontalHeader();
-            const int edge = header.sectionViewportPosition(column) + header.sectionSize(column) - 1;
-            const QPoint place = header.viewport()->mapToGlobal(QPoint(edge, 8));
-            const QString y = QString::number(place.y());
-            Do({"mousemove", QString::number(place.x()), y, "mousedown", "1", "mousemove",
-                QString::number(place.x() + by), y, "mouseup", "1"});
-        };
         EXPECT_EQ(frame->pos(), QPoint(Main().Left(), Main().Top()));
         const int rest = Table().viewport()->width() - 30 - 65 - 55;
         const int name = rest / 2;
         const int path = rest - name;
-        expect_columns({30, name, 65, path, 55});
-        drag(4, 20);
-        expect_columns({30, name - 10, 65, path - 10, 75});
-        drag(1, -90);
-        expect_columns({30, name - 100, 65, path + 80, 75});
+        ExpectColumns({30, name, 65, path, 55});
+        Drag(4, 20);
+        ExpectColumns({30, name - 10, 65, path - 10, 75});
+        Drag(1, -90);
+        ExpectColumns({30, name - 100, 65, path + 80, 75});
         const int width = Table().viewport()->width();
         for (int i = 0; i < 60; ++i) Main().Listbox1.AddRow("");
         ServeUntil([&] { return Table().viewport()->width() < width; });
         const int bar = width - Table().viewport()->width();
-        expect_columns({30, name - 100, 65, path + 80 - bar, 75});
+        ExpectColumns({30, name - 100, 65, path + 80 - bar, 75});
 
-        resize(frame->size() + QSize(200, 60), {974, 730});
+        Resize(frame->size() + QSize(200, 60), {974, 730});
         auto widgets = frame->centralWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
         widgets.removeIf([](const QWidget* widget) { return qobject_cast<const QFocusFrame*>(widget); });
         EXPECT_TRUE(std::ranges::equal(widgets, Main().Controls(), [](const QWidget* w, const Control* c) {
             const Bounds& b = c->CurrentBounds();
             return w->geometry() == QRect(b.Left, b.Top, b.Width, b.Height);
         }));
-        expect_columns({30, name - 100, 65, path + 280 - bar, 75});
-        resize({300, 300}, {774, 670});
-        expect_columns({30, name - 100, 65, path + 80 - bar, 75});
-        drag(3, -50);
-        expect_columns({30, name - 100, 65, path + 30 - bar, 75});
+        ExpectColumns({30, name - 100, 65, path + 280 - bar, 75});
+        Resize({300, 300}, {774, 670});
+        ExpectColumns({30, name - 100, 65, path + 80 - bar, 75});
+        Drag(3, -50);
+        ExpectColumns({30, name - 100, 65, path + 30 - bar, 75});
         Main().Listbox1.DeleteAllRows();
         ServeUntil([&] { return Table().viewport()->width() == width; });
-        expect_columns({30, name - 100, 65, path + 30 - bar, 75});
+        ExpectColumns({30, name - 100, 65, path + 30 - bar, 75});
     });
 }
 
