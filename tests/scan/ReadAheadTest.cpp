@@ -24,6 +24,7 @@ TEST_F(ReadAheadTest, ManyFilesAreOnTheirWayAtOnce) {
         disk.fails = [&](const std::string& path) {
             if (!path.ends_with(".tif")) return false;
             if (++waiting >= 32) many = true;
+            // The share's round trip, which no test waits for.
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             --waiting;
             return false;

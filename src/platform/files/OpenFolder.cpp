@@ -24,7 +24,9 @@ std::string OpenFolder::Path() const {
 }
 
 std::string OpenFolder::PathOf(std::string_view entry) const {
-    return (Path() == "/" ? "" : Path()) + "/" + std::string(entry);
+    std::string path = Path();
+    if (path != "/") path += '/';
+    return path.append(entry);
 }
 
 std::shared_ptr<const FileDescriptor> OpenFolder::Held() const {

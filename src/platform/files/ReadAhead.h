@@ -88,13 +88,13 @@ class ReadAhead : public WalkSource {
     void Take();
 
     void AskOn();
-    bool AskNext(Way::iterator rest);
+    bool AskNext(Way::iterator piece);
     void AskFolder(Way::iterator before, FolderQuestion question);
-    void AskFiles(Way::iterator rest);
+    void AskFiles(Way::iterator piece);
     void Ask(FolderQuestion& question);
     void Ask(FilesQuestion& question);
     void AskAgainWhatIsOld();
-    void Unfold(Way::iterator folder);
+    void Unfold(Way::iterator piece);
     void Fold();
     void Drop(const Way::value_type& piece);
     ListingPointer TakeListing(FolderQuestion& question);

@@ -8,8 +8,7 @@
 namespace varnith {
 
 // A menu bar asks for the arrow that it shows where it is too narrow for its menus. No window of the program
-// is so narrow, and to read the picture takes a third of the start ("bench/run start"): the toolkit loads all
-// it has for reading pictures first.
+// is so narrow. To read that one picture, Qt would load all its plug-ins for pictures at the start.
 QIcon ReadableStyle::standardIcon(StandardPixmap kind, const QStyleOption* option,
                                   const QWidget* widget) const {
     if (kind == SP_ToolBarHorizontalExtensionButton) return {};
