@@ -22,7 +22,7 @@ constexpr std::size_t MostAhead = 2 * MostAtOnce;
 
 // Handing a question to a worker has a fixed cost, so files are handed over in runs. A run has as many files
 // as a worker counts in this time; on a slow share that is one.
-constexpr std::chrono::microseconds TimeOfRun{500};
+constexpr std::chrono::milliseconds TimeOfRun{1};
 constexpr std::size_t LongestRun = 256;
 
 constexpr std::size_t MostListedBytes = 64 << 20;

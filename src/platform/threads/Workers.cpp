@@ -17,38 +17,13 @@ namespace varnith {
 
 namespace {
 
-// Measures how the calling thread spends its time from the construction on. Times are in seconds.
-class Stopwatch {
-  public:
-    double Elapsed() const { return Seconds(std::chrono::steady_clock::now() - start_).count(); }
-
-    // The part of the elapsed time in which the thread didn't wait for the disk. Without a voluntary context
-    // switch (getrusage(2)) that is all of it: such a thread waited only for a processor, and more threads
-    // would not help.
-    double Working(double elapsed) const {
-        const rusage now = Usage();
-        if (now.ru_nvcsw == usage_.ru_nvcsw) return elapsed;
-        return std::min(elapsed, ProcessorTime(now) - ProcessorTime(usage_));
-    }
-
-  private:
-    using Seconds = std::chrono::duration<double>;
-
-    static rusage Usage() {
-        rusage usage;
-        getrusage(RUSAGE_THREAD, &usage);
-        return usage;
-    }
-    static double ProcessorTime(const rusage& usage) {
-        const auto seconds = [](const timeval& time) {
-            return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-        };
-        return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-    }
-
-    const rusage usage_ = Usage();
-    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-};
+// The number of times that the calling thread has waited for something other than a processor: its voluntary
+// context switches (getrusage(2)).
+long Waits() {
+    rusage usage;
+    getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_nvcsw;
+}
 
 }  // namespace
 
@@ -56,12 +31,9 @@ class Stopwatch {
 struct Workers::State : std::enable_shared_from_this<State> {
     State(std::size_t at_least, std::size_t at_most) : least(at_least), most(at_most) {}
 
-    // The number of threads that keeps the processors busy, given how long a job waits. REQUIRES, here and
-    // below: the caller holds the mutex.
+    // The number of threads that suits the jobs. REQUIRES, here and below: the caller holds the mutex.
     std::size_t AtOnce() const {
-        constexpr double LeastWork = 1e-6;
-        const double at_once = processors * elapsed / std::max(working, LeastWork);
-        return std::clamp(static_cast<std::size_t>(std::min(at_once, 1e6)), least, most);
+        return least + static_cast<std::size_t>(waiting * static_cast<double>(most - least) + 0.5);
     }
 
     void StartThreads() try {
@@ -93,27 +65,25 @@ struct Workers::State : std::enable_shared_from_this<State> {
         if (job->dropped) return;
         ++busy;
         lock.unlock();
-        const Stopwatch watch;
+        const long waits = Waits();
         job->Run();
-        const double taken = watch.Elapsed();
-        const double worked = watch.Working(taken);
+        const bool waited = Waits() != waits;
         job->done.store(true, std::memory_order_release);
         lock.lock();
         --busy;
-        Remember(taken, worked);
-        if (somebody_waits) answered.notify_one();
+        Remember(waited);
+        if (awaited == job.get()) answered.notify_one();
     }
 
-    // Updates moving averages. The first job sets them, so that a slow share has many threads at once.
-    void Remember(double taken, double worked) {
-        const double weight = elapsed == 0 ? 1 : 1.0 / 8;
-        elapsed += (taken - elapsed) * weight;
-        working += (worked - working) * weight;
+    // Updates the moving average. The first job sets it, so that a slow share has many threads at once.
+    void Remember(bool waited) {
+        waiting += ((waited ? 1 : 0) - waiting) * (has_done ? Weight : 1);
+        has_done = true;
     }
 
+    static constexpr double Weight = 1.0 / 16;
     static constexpr int Niceness = 5;
 
-    const double processors = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t least;
     const std::size_t most;
     std::mutex mutex;
@@ -123,9 +93,9 @@ struct Workers::State : std::enable_shared_from_this<State> {
     std::size_t threads = 0;
     std::size_t busy = 0;
     std::size_t idle = 0;
-    bool somebody_waits = false;
-    double elapsed = 0;  // the average time of a job, in seconds
-    double working = 0;  // the part of it that a job doesn't wait
+    const Job* awaited = nullptr;
+    bool has_done = false;  // a job
+    double waiting = 0;     // the part of the latest jobs that waited for the disk
     bool ended = false;
 };
 
@@ -161,9 +131,9 @@ void Workers::Add(std::shared_ptr<Job> job) {
 
 void Workers::Wait(const Job& job, std::chrono::milliseconds most) {
     std::unique_lock lock(state_->mutex);
-    state_->somebody_waits = true;
+    state_->awaited = &job;
     state_->answered.wait_for(lock, most, [&] { return job.done.load(); });
-    state_->somebody_waits = false;
+    state_->awaited = nullptr;
 }
 
 std::size_t Workers::AtOnce() const {

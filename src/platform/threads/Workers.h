@@ -17,8 +17,8 @@ namespace varnith {
 // thread. It may not throw.
 //
 // The number of threads adapts to the jobs. For jobs that keep the processors busy there are few, because
-// more would only compete for the processors. For jobs that wait nine tenths of their time there are ten for
-// each processor.
+// more would only compete for the processors. The more of the latest jobs had to wait, the more threads there
+// are, because a disk and a share answer many questions faster than one after the other.
 class Workers {
   public:
     // A handle of a job's outcome. Copies refer to the same job. A default-constructed one refers to none,
@@ -42,7 +42,7 @@ class Workers {
         Wait(*answer.job_, most);
     }
 
-    // The number of jobs that run at once now, by the time that jobs lately waited.
+    // The number of jobs that run at once now, by how many of the latest jobs had to wait.
     std::size_t AtOnce() const;
 
     // Whether a job of any Workers object is running, including those of destroyed ones.
