@@ -190,4 +190,28 @@ TEST_F(FilterTest, GivesUpToWhoHasTheFileForLong) {
     });
 }
 
+TEST_F(FilterTest, WindowGoesOnWhileAThreadChangesManyRows) {
+    Start([&] {
+        for (const bool is_killed : {false, true}) {
+            SCOPED_TRACE(is_killed);
+            const std::size_t saved = SavedRows().size();
+            auto thread = MakeRef<Beside>([this] {
+                Database database;
+                database.SetDatabaseFile(FolderItem::FromPath(application / "varnth"));
+                ASSERT_TRUE(database.Connect());
+                database.SQLExecute(
+                    "with recursive n(i) as (select 1 union all select i+1 from n limit 200000) "
+                    "insert into preferences select i, '', '', '' from n");
+            });
+            int turns = 0;
+            for (; Scheduler::Current().UntilNextTurn() && (turns < 2 || !is_killed); ++turns)
+                Scheduler::Current().Turn();
+            thread->Kill();
+            EXPECT_GE(turns, 2);
+            WaitForWorkers();
+            EXPECT_EQ(SavedRows().size(), saved + 200'000) << "what has begun comes to its end";
+        }
+    });
+}
+
 }  // namespace varnith::test

@@ -46,13 +46,16 @@ int Patiently(sqlite3* handle, std::string_view tried, std::string_view on, cons
 
 }  // namespace
 
-void Database::Closer::operator()(sqlite3* handle) const {
-    sqlite3_close(handle);
-}
-
-void Database::Closer::operator()(sqlite3_stmt* statement) const {
-    sqlite3_finalize(statement);
-}
+// The open file. The worker that runs a statement shares it, so that a Thread that is killed meanwhile
+// needn't wait for the statement.
+struct Database::Connection {
+    struct Closer {
+        void operator()(sqlite3* opened) const { sqlite3_close(opened); }
+        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+    };
+    std::unique_ptr<sqlite3, Closer> handle;
+    std::unique_ptr<sqlite3_stmt, Closer> insert;  // after handle, so it is destroyed before it
+};
 
 Database::Database() = default;
 Database::~Database() = default;
@@ -66,13 +69,14 @@ bool Database::CreateDatabaseFile() {
 }
 
 bool Database::Open(int flags) {
-    insert_.reset();
-    handle_.reset();
+    connection_.reset();
     if (!file_) return false;
     sqlite3* handle = nullptr;
     const std::string path = file_->AbsolutePath();
-    const int opened = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
-    std::unique_ptr<sqlite3, Closer> opened_handle(handle);
+    // A worker may run a statement (https://sqlite.org/threadsafe.html).
+    const int opened = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
+    auto connection = std::make_shared<Connection>();
+    connection->handle.reset(handle);
     if (opened != SQLITE_OK) {
         TraceFailure("open the database", path, sqlite3_errmsg(handle));
         return false;
@@ -86,13 +90,17 @@ bool Database::Open(int flags) {
         TraceFailure("read the database", path, sqlite3_errmsg(handle));
         return false;
     }
-    handle_ = std::move(opened_handle);
+    connection_ = std::move(connection);
     is_lost_ = false;
     return true;
 }
 
+sqlite3* Database::Handle() const {
+    return connection_->handle.get();
+}
+
 bool Database::IsInTransaction() const {
-    return sqlite3_get_autocommit(handle_.get()) == 0;
+    return sqlite3_get_autocommit(Handle()) == 0;
 }
 
 // The version of the file's contents when this handle last read it. Each statement that locks the file
@@ -100,46 +108,55 @@ bool Database::IsInTransaction() const {
 // for seen (https://sqlite.org/c3ref/c_fcntl_begin_atomic_write.html, SQLITE_FCNTL_DATA_VERSION).
 std::uint32_t Database::Version() const {
     std::uint32_t version = 0;
-    sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    sqlite3_file_control(Handle(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
     return version;
 }
 
 template <class Statement>
 void Database::Write(std::string_view tried, std::string_view on, const Statement& statement) {
-    if (!handle_ || is_lost_) return;
+    if (!connection_ || is_lost_) return;
     const bool has_begun = IsInTransaction();
-    is_lost_ = Patiently(handle_.get(), tried, on, statement) == SQLITE_BUSY;
+    is_lost_ = Patiently(Handle(), tried, on, statement) == SQLITE_BUSY;
     if (!has_begun) seen_version_ = Version();
     const bool held_lock = std::exchange(holds_lock_, IsInTransaction() && has_begun);
     // The lock that the first change in a transaction takes keeps others from committing until its end.
     if (!IsInTransaction() || (held_lock && !is_lost_)) return;
     if (!is_lost_ && Version() != seen_version_) {
         is_lost_ = true;
-        TraceFailure("save to the database", sqlite3_db_filename(handle_.get(), "main"),
+        TraceFailure("save to the database", sqlite3_db_filename(Handle(), "main"),
                      "someone else has changed it since it was read");
     }
     // Roll back now and not in Commit, so that a lost transaction keeps no lock.
-    if (is_lost_ && sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr) != SQLITE_OK)
-        TraceFailure("roll back the changes of", sqlite3_db_filename(handle_.get(), "main"),
-                     sqlite3_errmsg(handle_.get()));
+    if (is_lost_ && sqlite3_exec(Handle(), "rollback", nullptr, nullptr, nullptr) != SQLITE_OK)
+        TraceFailure("roll back the changes of", sqlite3_db_filename(Handle(), "main"),
+                     sqlite3_errmsg(Handle()));
 }
 
 void Database::SQLExecute(const std::string& statement) {
-    Write("run the statement", statement,
-          [&] { return sqlite3_exec(handle_.get(), statement.c_str(), nullptr, nullptr, nullptr); });
+    Write("run the statement", statement, [&] { return Execute(statement); });
+}
+
+// In a Thread a worker runs the statement: to delete a million rows, or to write a commit to a slow disk,
+// takes long enough to be felt in the window. An event handler can't wait while the window goes on.
+int Database::Execute(const std::string& statement) {
+    const auto execute = [connection = connection_, statement] {
+        return sqlite3_exec(connection->handle.get(), statement.c_str(), nullptr, nullptr, nullptr);
+    };
+    if (!Scheduler::Current().IsInThread()) return execute();
+    return Awaited(worker_, worker_.Do(execute));
 }
 
 Ref<RecordSet> Database::SQLSelect(const std::string& statement) {
-    if (!handle_) return nullptr;
+    if (!connection_) return nullptr;
     Ref<RecordSet> records;
-    Patiently(handle_.get(), "run the statement", statement, [&] { return Select(statement, records); });
+    Patiently(Handle(), "run the statement", statement, [&] { return Select(statement, records); });
     return records;
 }
 
 int Database::Select(const std::string& statement, Ref<RecordSet>& found) {
     sqlite3_stmt* prepared = nullptr;
-    const int result = sqlite3_prepare_v2(handle_.get(), statement.c_str(), -1, &prepared, nullptr);
-    const std::unique_ptr<sqlite3_stmt, Closer> select(prepared);
+    const int result = sqlite3_prepare_v2(Handle(), statement.c_str(), -1, &prepared, nullptr);
+    const std::unique_ptr<sqlite3_stmt, Connection::Closer> select(prepared);
     const int columns = sqlite3_column_count(prepared);
     if (columns == 0) return result;
 
@@ -162,20 +179,20 @@ void Database::InsertRecord(const std::string& table, const DatabaseRecord& reco
 
 int Database::Insert(const std::string& table, const DatabaseRecord& record) {
     const int prepared = IsPreparedFor(table, record) ? SQLITE_OK : PrepareInsert(table, record);
-    if (!insert_) return prepared;
+    if (!connection_->insert) return prepared;
     int place = 0;
     for (const auto& [name, value] : record.Columns())
-        if (sqlite3_bind_text64(insert_.get(), ++place, value.data(), value.size(), SQLITE_STATIC,
+        if (sqlite3_bind_text64(connection_->insert.get(), ++place, value.data(), value.size(), SQLITE_STATIC,
                                 SQLITE_UTF8) != SQLITE_OK)
-            TraceFailure("store a value in the column", name, sqlite3_errmsg(handle_.get()));
-    const int step = sqlite3_step(insert_.get());
-    sqlite3_reset(insert_.get());
-    sqlite3_clear_bindings(insert_.get());
+            TraceFailure("store a value in the column", name, sqlite3_errmsg(Handle()));
+    const int step = sqlite3_step(connection_->insert.get());
+    sqlite3_reset(connection_->insert.get());
+    sqlite3_clear_bindings(connection_->insert.get());
     return step;
 }
 
 bool Database::IsPreparedFor(const std::string& table, const DatabaseRecord& record) const {
-    return insert_ && table == insert_table_ &&
+    return connection_->insert && table == insert_table_ &&
            std::equal(insert_columns_.begin(), insert_columns_.end(), record.Columns().begin(),
                       record.Columns().end(),
                       [](const std::string& name, const auto& column) { return name == column.first; });
@@ -193,14 +210,14 @@ int Database::PrepareInsert(const std::string& table, const DatabaseRecord& reco
     }
     const std::string text = "insert into " + Quoted(table) + " (" + names + ") values (" + values + ")";
     sqlite3_stmt* statement = nullptr;
-    const int result = sqlite3_prepare_v2(handle_.get(), text.c_str(), -1, &statement, nullptr);
-    insert_.reset(statement);
+    const int result = sqlite3_prepare_v2(Handle(), text.c_str(), -1, &statement, nullptr);
+    connection_->insert.reset(statement);
     return result;
 }
 
 void Database::Commit() {
     for (const char* statement : {"commit", "rollback"})
-        if (handle_ && IsInTransaction()) SQLExecute(statement);
+        if (connection_ && IsInTransaction()) SQLExecute(statement);
     is_lost_ = false;
 }
 

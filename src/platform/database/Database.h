@@ -10,9 +10,9 @@
 #include "platform/base/Ref.h"
 #include "platform/database/RecordSet.h"
 #include "platform/files/FolderItem.h"
+#include "platform/threads/Workers.h"
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace varnith {
 
@@ -60,6 +60,8 @@ class Database {
 
     // Runs one statement. Outside of a transaction it is committed at once. If it has waited for the lock in
     // vain, it and all further changes up to the next Commit have no effect.
+    // In a Thread it is a yield point: while the statement runs, the program goes on. If the Thread is killed
+    // meanwhile, the statement still comes to its end, and the file is closed after it.
     void SQLExecute(const std::string& statement);
 
     // Runs a select and returns all its rows. Nil if it fails or if there is no connection.
@@ -73,26 +75,25 @@ class Database {
     void Commit();
 
   private:
+    struct Connection;
+
     bool Open(int flags);
+    sqlite3* Handle() const;
     bool IsInTransaction() const;
     std::uint32_t Version() const;
-    // `statement`, Select and Insert run a statement and return SQLite's result code. `tried` and `on` tell
-    // the statement in the trace.
+    // `statement`, Execute, Select and Insert run a statement and return SQLite's result code. `tried` and
+    // `on` tell the statement in the trace.
     template <class Statement>
     void Write(std::string_view tried, std::string_view on, const Statement& statement);
+    int Execute(const std::string& statement);
     int Select(const std::string& statement, Ref<RecordSet>& found);
     int Insert(const std::string& table, const DatabaseRecord& record);
     bool IsPreparedFor(const std::string& table, const DatabaseRecord& record) const;
     int PrepareInsert(const std::string& table, const DatabaseRecord& record);
 
-    struct Closer {
-        void operator()(sqlite3* handle) const;
-        void operator()(sqlite3_stmt* statement) const;
-    };
-
     Ref<FolderItem> file_;
-    std::unique_ptr<sqlite3, Closer> handle_;
-    std::unique_ptr<sqlite3_stmt, Closer> insert_;  // after handle_, so it is destroyed before it
+    std::shared_ptr<Connection> connection_;  // null if there is none
+    Workers worker_{1, 1};
     std::string insert_table_;
     std::vector<std::string> insert_columns_;
     std::uint32_t seen_version_ = 0;

@@ -23,6 +23,9 @@ class Scheduler {
     // meanwhile, its stack is unwound from here.
     void Yield();
 
+    // Whether the caller is a Thread. Else it is an event handler or the event loop.
+    bool IsInThread() const { return running_ != nullptr; }
+
     // Ends the caller's time slice, so that the next yield point lets others run.
     void GiveUpSlice() { slice_end_ = {}; }
 
