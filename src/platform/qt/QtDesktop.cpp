@@ -122,7 +122,7 @@ std::unique_ptr<TimerView> QtDesktop::StartTimer(std::int32_t period, std::funct
 
 void QtDesktop::SetIcon(const Picture& picture) {
     QIcon icon;
-    for (const int side : {16, 24, 32, 48, 64, 128, 256})
+    for (const int side : {16, 32, 48, 128})
         icon.addPixmap(QPixmap::fromImage(Rendered(picture, QSize(side, side))));
     QApplication::setWindowIcon(icon);
 }
