@@ -209,7 +209,8 @@ TEST_F(FilterTest, WindowGoesOnWhileAThreadChangesManyRows) {
             thread->Kill();
             EXPECT_GE(turns, 2);
             WaitForWorkers();
-            EXPECT_EQ(SavedRows().size(), saved + 200'000) << "what has begun comes to its end";
+            const std::size_t added = SavedRows().size() - saved;
+            EXPECT_TRUE(added == 200'000 || (is_killed && added == 0)) << added << ": all or nothing";
         }
     });
 }
