@@ -3,7 +3,9 @@
 #include "BuildSettings.h"
 #include "menus/Pictures.h"
 #include "platform/base/Exceptions.h"
+#include "platform/base/Trace.h"
 #include "platform/database/Database.h"
+#include "platform/files/FileSystem.h"
 #include "platform/files/FolderItem.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/ui/Desktop.h"
@@ -30,6 +32,22 @@ void MakeResultsDatabaseIfMissing() {
             "create table preferences (name varchar, pagecount varchar, filepath varchar, filetype varchar)");
 }
 
+// A copy that an administrator has installed for all users works without these folders. Whoever looks for the
+// reason why the filter stays empty finds it here.
+void TellWhatCannotBeWritten() {
+    const FileSystem& disk = FileSystem::Current();
+    const auto application = ApplicationItem();
+    const std::string folder = application->Parent()->AbsolutePath();
+    if (!disk.MayChange(folder))
+        return TellFailure(
+            "write to", folder,
+            "results are not kept, the filter shows nothing new, and updates can't be installed");
+    // An update moves the bundle away. That changes the entry ".." in it.
+    const std::string path = application->AbsolutePath();
+    if (application->Directory() && !disk.MayChange(path))
+        TellFailure("write to", path, "updates can't be installed");
+}
+
 }  // namespace
 
 App::App() {
@@ -42,6 +60,7 @@ App& App::Instance() {
 }
 
 void App::Event_Open() {
+    TellWhatCannotBeWritten();
     MakeResultsDatabaseIfMissing();
     UpdateUtilities::Cleanup();
     Prefs::file = PreferencesFolder()->Child("varnth");

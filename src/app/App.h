@@ -17,7 +17,8 @@ class App : public Application {
 
     // Called once, when the run loop starts. Creates the results database beside the application if it is
     // missing, and leaves an existing file alone. Removes what the last update left behind, sets the path of
-    // the settings file and starts the check for a newer version. Failures are silent.
+    // the settings file and starts the check for a newer version. Failures are silent, except that a line on
+    // standard error says if the user can't write to the application's folder or to the bundle.
     void Event_Open() override;
 
     // True for the exceptions that end only the event handler or thread that threw them. Any other exception

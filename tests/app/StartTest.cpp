@@ -52,7 +52,7 @@ TEST_F(StartTest, MakesTheDatabaseOnceAndShowsNothingOfIt) {
     EXPECT_EQ(TreeOf(home.Path()).count("varnith-" + Str(geteuid())), 0u);
 }
 
-TEST_F(StartTest, RunsWithoutAWordWhereTheDatabaseIsOfNoUse) {
+TEST_F(StartTest, RunsWithoutAMessageWhereTheDatabaseIsOfNoUse) {
     const TemporaryFolder places;
     places.File("no database/varnth", std::string(3000, 'x'));
     places.File("without its table/varnth");
@@ -70,6 +70,26 @@ TEST_F(StartTest, RunsWithoutAWordWhereTheDatabaseIsOfNoUse) {
         };
         EXPECT_EQ(Start(use), 0);
         EXPECT_EQ(TreeOf(places.Path()), before);
+    }
+    EXPECT_EQ(desktop.messages, Lines());
+}
+
+TEST_F(StartTest, TellsOnceWhichFolderCannotBeWrittenAndWhatFollows) {
+    GiveUpPrivileges();
+    const std::string bundle = application / "Varnith.app";
+    disk.executable = application.File("Varnith.app/Contents/MacOS/Varnith");
+    const std::pair<std::string, std::string> cases[] = {
+        {application / "Varnith.app/Contents", ""},
+        {bundle, "Varnith: can't write to " + bundle + ": updates can't be installed\n"},
+        {application.Path(), "Varnith: can't write to " + application.Path() +
+                                 ": results are not kept, the filter shows nothing new, and updates can't be "
+                                 "installed\n"}};
+    for (const auto& [closed, line] : cases) {
+        std::filesystem::permissions(closed, std::filesystem::perms(0555));
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(Start([] {}), 0);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
+        std::filesystem::permissions(closed, std::filesystem::perms(0755));
     }
     EXPECT_EQ(desktop.messages, Lines());
 }

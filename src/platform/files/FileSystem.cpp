@@ -263,12 +263,16 @@ void FileSystem::MakeAlike(const FileDescriptor& file, const FileDescriptor& mod
         TraceErrno("set the mode of", PathOf(file));
 }
 
+bool FileSystem::MayChange(const std::string& folder) const {
+    const Place place(folder);
+    return faccessat(place.Base(), place.Path(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 bool FileSystem::MayReplace(const std::string& path) const {
     const std::string holder = path.substr(0, path.rfind('/') + 1);
-    const Place place(holder);
     const auto folder = Status(holder);
     const auto file = EntryStatus(path);
-    if (!folder || !file || faccessat(place.Base(), place.Path(), W_OK | X_OK, AT_EACCESS) != 0) return false;
+    if (!folder || !file || !MayChange(holder)) return false;
     // In a folder with the sticky bit, such as /tmp, only the owner of a file or of the folder may rename
     // over the file (unlink(2), rename(2)).
     return (folder->mode & S_ISVTX) == 0 || folder->owner == geteuid() || file->owner == geteuid();

@@ -84,6 +84,9 @@ class FileSystem {
     // this user may set them.
     virtual void MakeAlike(const FileDescriptor& file, const FileDescriptor& model) const;
 
+    // Whether this user may put new entries into the folder. False if it is missing or its disk is read-only.
+    virtual bool MayChange(const std::string& folder) const;
+
     // Whether this user may rename another file over this one. That depends on the permissions of its folder
     // and not on those of the file.
     virtual bool MayReplace(const std::string& path) const;
