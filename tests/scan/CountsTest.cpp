@@ -1,7 +1,6 @@
 #include <filesystem>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
@@ -48,7 +47,9 @@ TEST_F(CountsTest, AnyFileGetsItsRowAndItsCountAndNothingHangs) {
     const std::string three = TiffBytes(3);
     using Make = std::function<void(const std::string& path)>;
     const auto file = [](const std::string& bytes) { return [=](const auto& p) { WriteFile(p, bytes); }; };
-    const auto link = [](const char* target) { return [=](const auto& p) { symlink(target, p.c_str()); }; };
+    const auto link = [](const char* target) {
+        return [=](const auto& p) { std::filesystem::create_symlink(target, p); };
+    };
     const auto node = [](mode_t kind) { return [=](const auto& p) { mknod(p.c_str(), kind | 0600, 0); }; };
     const std::pair<std::string, Make> entries[] = {
         {"01 0 empty, the first.tif", file("")},
