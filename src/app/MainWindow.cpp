@@ -32,11 +32,14 @@ void MainWindow::_CreateControls0() {
 
     AddControl(Listbox1, {7, 38, 754, 601}, {.Left = true, .Top = true, .Right = true, .Bottom = true}, 0);
     Listbox1.SetColumns(" \tName\tCount\tPath\tType", "30,,65,,55");
+    Listbox1.SetAccessibleName("Files");
+    Listbox1.SetAccessibleHeading(0, "Ticked");
     Listbox1.MouseDown = [this](std::int32_t x, std::int32_t y) { return Listbox1_MouseDown(x, y); };
     Listbox1.DoubleClick = [this] { Listbox1_DoubleClick(); };
 
     AddControl(StaticText1, {9, 8, 56, 20}, top_left, 2);
     StaticText1.SetText("Address:");
+    StaticText1.SetLabelled(EditField1);
 
     AddControl(EditField1, {72, 7, 438, 22}, {.Left = true, .Top = true, .Right = true}, 3);
     EditField1.SetReadOnly(true);
@@ -62,6 +65,7 @@ void MainWindow::_CreateControls0() {
 
     AddControl(StaticText16, {515, 7, 40, 20}, top_right, 13);
     StaticText16.SetText("Filter:");
+    StaticText16.SetLabelled(PopupMenu1);
     StaticText16.SetTextAlign(TextAlign::Right);
 
     for (Control* control : Controls()) control->SetTextSize(SystemTextSize);

@@ -18,6 +18,7 @@ Exporter::Exporter() {
 
     AddControl(StaticText1, {21, 14, 72, 20}, {}, 1);
     StaticText1.SetText("Type:");
+    StaticText1.SetLabelled(PopupMenu1);
 
     AddControl(PopupMenu1, {22, 40, 211, 20}, {}, 4);
     for (const char* entry : {"Select Type", "Excel Spreadsheet", "Text Document", "Tab Delimited"})
@@ -26,6 +27,7 @@ Exporter::Exporter() {
 
     AddControl(StaticText2, {22, 72, 75, 20}, {}, 3);
     StaticText2.SetText("Separator:");
+    StaticText2.SetLabelled(EditField1);
 
     AddControl(EditField1, {22, 97, 127, 22}, {}, 2);
 

@@ -58,10 +58,13 @@ void About::CreateControls() {
 
     AddControl(Canvas3, {15, 10, 94, 93}, top_left, 7);
     Canvas3.SetBackdrop(Pictures::file128());
+    Canvas3.SetAccessibleName("A stack of pages");
     AddControl(Canvas2, {139, 47, 25, 27}, top_left, 6);
     Canvas2.SetBackdrop(Pictures::tooo());
+    Canvas2.SetAccessibleName("An arrow");
     AddControl(Canvas1, {189, 9, 100, 95}, top_left, 5);
     Canvas1.SetBackdrop(Pictures::numbers());
+    Canvas1.SetAccessibleName("A list of files with their page counts");
 }
 
 void About::Event_Open() {

@@ -61,14 +61,17 @@ void SupportWindow::CreateFields() {
 
     AddControl(StaticText3, {13, 16, 43, 20}, top_left, 5);
     StaticText3.SetText("Email:");
+    StaticText3.SetLabelled(EditField1);
     AddControl(EditField1, {78, 14, 273, 22}, top_left, 1);
 
     AddControl(StaticText6, {13, 48, 43, 20}, top_left, 11);
     StaticText6.SetText("Name:");
+    StaticText6.SetLabelled(EditField2);
     AddControl(EditField2, {78, 46, 273, 22}, top_left, 2);
 
     AddControl(StaticText1, {12, 80, 46, 20}, top_left, 7);
     StaticText1.SetText("Type:");
+    StaticText1.SetLabelled(PopupMenu1);
     AddControl(PopupMenu1, {78, 80, 272, 20}, top_left, 3);
     for (const char* topic : {"N/A", "Cosmetic Issue", "Feature Request", "Crash/Freeze", "Documentation",
                               "Functionality", "Imports", "Website"})
@@ -77,6 +80,7 @@ void SupportWindow::CreateFields() {
 
     AddControl(StaticText4, {12, 114, 53, 20}, top_left, 8);
     StaticText4.SetText("Details:");
+    StaticText4.SetLabelled(EditField3);
     AddControl(EditField3, {12, 138, 338, 164}, top_left, 4);
     EditField3.SetMultiLine(true);
     EditField3.KeyDown = [this](const std::string& key) { return EditField3_KeyDown(key); };

@@ -37,6 +37,7 @@ void AutoUpdateWindow::CreateControls() {
     DetailDisplay.SetMultiLine(true);
 
     AddControl(ProgressBar1, {9, 107, 391, 20}, {}, 2);
+    ProgressBar1.SetAccessibleName("Download");
     ProgressBar1.SetMaximum(100);
     ProgressBar1.SetValue(0);
 

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -65,7 +66,8 @@ class EditFieldView : public ControlView {
         : ControlView(field, edit, clock), field_(field), edit_(edit) {
         SetBlackOnWhite(edit);
         edit.setMaxLength(std::numeric_limits<int>::max());
-        QObject::connect(&edit, &QLineEdit::textEdited, Connections(),
+        // Not textEdited: a screen reader or a dictation program sets the text without typing.
+        QObject::connect(&edit, &QLineEdit::textChanged, Connections(),
                          [&field](const QString& text) { field.SetText(Encoded(text)); });
         Update();
     }
@@ -77,6 +79,7 @@ class EditFieldView : public ControlView {
         // So the texts are compared in both forms before the widget's text is replaced.
         const QString text = Decoded(field_.Text());
         if (edit_.text() == text || Encoded(edit_.text()) == field_.Text()) return;
+        const QSignalBlocker by_program(edit_);
         edit_.setText(text);
         edit_.setCursorPosition(0);
     }
@@ -90,7 +93,8 @@ class CheckBoxView : public ControlView {
   public:
     CheckBoxView(CheckBox& box, QCheckBox& button, FrameClock& clock)
         : ControlView(box, button, clock), box_(box), button_(button) {
-        QObject::connect(&button, &QCheckBox::clicked, Connections(),
+        // Not clicked: a screen reader toggles the box without a click.
+        QObject::connect(&button, &QCheckBox::toggled, Connections(),
                          [&box](bool value) { box.SetValue(value); });
         Update();
     }
@@ -140,7 +144,10 @@ std::unique_ptr<ControlView> MakeIf(ControlClass* control, QWidget& parent, Fram
 }  // namespace
 
 ControlView::ControlView(Control& control, QWidget& widget, FrameClock& clock)
-    : View(control, clock), control_(control), widget_(widget) {}
+    : View(control, clock), control_(control), widget_(widget) {
+    // Setting a name makes Qt choose the widget's accessible interface, and a label may become a link later.
+    if (!control.AccessibleName().empty()) widget.setAccessibleName(Decoded(control.AccessibleName()));
+}
 
 void ControlView::Update() {
     const Bounds& bounds = control_.CurrentBounds();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -18,6 +19,9 @@ class ControlView : public View {
     QWidget& Widget() const { return widget_; }
 
     void Update() override;
+
+    // Makes a screen reader call the control by this label.
+    virtual void SetLabel(QLabel& label) { label.setBuddy(&widget_); }
 
     // The user presses a key while the widget has the focus. Returns true if the control has handled it.
     bool PressKey(const std::string& key) { return control_.PressKey(key); }

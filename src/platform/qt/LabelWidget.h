@@ -13,6 +13,9 @@ class LabelWidget : public QLabel {
     // Sets the function to call when the left mouse button is pressed on the label, with the position in the
     // label. Shows the hand cursor.
     void SetOnPress(std::function<void(const QPoint& place)> on_press);
+    bool IsLink() const { return static_cast<bool>(on_press_); }
+    // Acts as a press at this position in the label. REQUIRES: IsLink().
+    void Press(const QPoint& place) { on_press_(place); }
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;

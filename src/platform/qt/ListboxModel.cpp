@@ -46,6 +46,7 @@ bool ListboxModel::setData(const QModelIndex& index, const QVariant&, int role) 
 QVariant ListboxModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0 || section >= list_.ColumnCount()) return {};
     if (role == Qt::DisplayRole) return Decoded(list_.Headings()[static_cast<std::size_t>(section)]);
+    if (role == Qt::AccessibleTextRole) return Decoded(list_.AccessibleHeading(section));
     if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     return {};
 }

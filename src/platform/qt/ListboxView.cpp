@@ -14,6 +14,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/qt/AccessibleListbox.h"
 #include "platform/qt/ContextMenu.h"
 
 namespace varnith {
@@ -27,6 +28,7 @@ constexpr int CellPadding = 8;  // left and right of a cell's text, in sum, as Q
 // Typed letters are searched in this column, the first after the check boxes. QTableView searches the column
 // of the current index, so the current index is always in this column.
 constexpr int SearchColumn = 1;
+constexpr int TickColumn = 0;
 
 }  // namespace
 
@@ -92,6 +94,22 @@ void ListboxWidget::resizeEvent(QResizeEvent* event) {
     if (event->size().width() != event->oldSize().width()) ShareRest();
 }
 
+void ListboxWidget::Highlight(int row) {
+    setCurrentIndex(model()->index(row, SearchColumn));
+}
+
+// These two skip QTableView's: it would name cells to the accessibility bus by numbers that count the hidden
+// row headers.
+void ListboxWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QAbstractItemView::currentChanged(current, previous);
+    if (AccessibleListbox* accessible = AccessibleListbox::Of(*this))
+        accessible->TellHighlight(previous.row());
+}
+
+void ListboxWidget::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QAbstractItemView::selectionChanged(selected, deselected);
+}
+
 // When the focus comes, Qt makes the first row the current one. Here no row is highlighted until the user
 // highlights one.
 void ListboxWidget::focusInEvent(QFocusEvent* event) {
@@ -99,13 +117,23 @@ void ListboxWidget::focusInEvent(QFocusEvent* event) {
     const QSignalBlocker not_by_user(selectionModel());
     QTableView::focusInEvent(event);
     if (!current.isValid()) selectionModel()->clearCurrentIndex();
+    // Queued, because Qt tells the accessibility bus after this event that the table has the focus.
+    if (AccessibleListbox* accessible = AccessibleListbox::Of(*this); accessible && current.isValid())
+        QMetaObject::invokeMethod(
+            this, [=] { accessible->TellFocus(current.column()); }, Qt::QueuedConnection);
 }
 
 void ListboxWidget::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !IsSearching())
-        on_space(currentIndex().row());
+        ToggleByKey();
     else
         QTableView::keyPressEvent(event);
+}
+
+// The user works on the tick then, so a screen reader says it.
+void ListboxWidget::ToggleByKey() {
+    on_space(currentIndex().row());
+    if (AccessibleListbox* accessible = AccessibleListbox::Of(*this)) accessible->TellFocus(TickColumn);
 }
 
 void ListboxWidget::keyboardSearch(const QString& search) {
@@ -262,6 +290,8 @@ void ListboxView::RepaintChangedRows() {
     const int first_visible = table_.rowAt(0);                               // -1 without rows
     const int last_visible = table_.rowAt(table_.viewport()->height() - 1);  // -1 if the rows end above
     if (changed.first > changed.last || first_visible < 0) return;
+    if (AccessibleListbox* accessible = AccessibleListbox::Of(table_))
+        accessible->TellChanges(changed.first, changed.last);
     const bool below = last_visible >= 0 && changed.first > last_visible;
     if (!below && changed.last >= first_visible) table_.viewport()->update();
 }

@@ -34,9 +34,14 @@ class ListboxWidget : public QTableView {
     // The width of each column in pixels; 0 for one that shares the remaining space.
     void SetColumnWidths(const std::vector<std::int32_t>& widths);
 
+    // Highlights a row; none if it doesn't exist.
+    void Highlight(int row);
+
     void keyboardSearch(const QString& search) override;
 
   protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -51,6 +56,7 @@ class ListboxWidget : public QTableView {
 
   private:
     bool DeliverPress(const QPoint& place, bool contextual);
+    void ToggleByKey();
     bool IsSearching() const;
     void HoldWidth(int column);
     void ShareRest(int first_column = 0);

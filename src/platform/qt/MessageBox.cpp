@@ -31,6 +31,7 @@ void ShowScrolling(const QString& text) {
     shown->setReadOnly(true);
     shown->setTabChangesFocus(true);
     shown->setPlainText(text);
+    shown->setAccessibleName(QStringLiteral("Message"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
     auto* column = new QVBoxLayout(&box);

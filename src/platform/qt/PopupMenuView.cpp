@@ -30,6 +30,13 @@ void PopupMenuView::Update() {
     box_.setCurrentIndex(menu_.ListIndex());
 }
 
+// Qt takes the chosen entry for the name, and some screen readers say a buddy instead of the name. So the
+// label is the description, and the name while no entry is chosen.
+void PopupMenuView::SetLabel(QLabel& label) {
+    box_.setAccessibleName(label.text());
+    box_.setAccessibleDescription(label.text());
+}
+
 // Picks by text, because the program may have replaced the entries since they were shown. The text is copied,
 // because Pick may run the program and Update, which replaces shown_.
 void PopupMenuView::Pick(int index) {

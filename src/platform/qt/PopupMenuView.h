@@ -26,6 +26,7 @@ class PopupMenuView : public ControlView {
     PopupMenuView(PopupMenu& menu, PopupMenuWidget& box, FrameClock& clock);
 
     void Update() override;
+    void SetLabel(QLabel& label) override;
 
   private:
     void Pick(int index);

@@ -11,6 +11,7 @@
 #include "platform/base/Guard.h"
 #include "platform/base/Trace.h"
 #include "platform/net/SocketEvents.h"
+#include "platform/qt/AccessibleFactory.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
 #include "platform/qt/MenuBarView.h"
@@ -69,6 +70,7 @@ QtDesktop::QtDesktop(int& argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Varnith"));
     QApplication::setStyle(new ReadableStyle);
+    InstallAccessibleFactory();
     turn_timer_.setSingleShot(true);
     QObject::connect(&turn_timer_, &QTimer::timeout, [this] {
         if (Application::Current().IsQuitting()) return;

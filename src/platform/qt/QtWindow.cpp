@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -14,6 +15,7 @@
 #include "platform/qt/Decode.h"
 #include "platform/qt/QtDesktop.h"
 #include "platform/ui/Application.h"
+#include "platform/ui/StaticText.h"
 
 namespace varnith {
 
@@ -98,13 +100,26 @@ void QtWindow::BuildFrame() {
 void QtWindow::BuildControls() {
     for (Control* control : window_.Controls()) views_.push_back(MakeView(*control, *contents_, clock_));
 
+    for (const Control* control : window_.Controls()) {
+        const auto* text = dynamic_cast<const StaticText*>(control);
+        if (text && text->Labelled())
+            ViewOf(*text->Labelled()).SetLabel(*qobject_cast<QLabel*>(&ViewOf(*text).Widget()));
+    }
+    SetTabOrder();
+}
+
+ControlView& QtWindow::ViewOf(const Control& control) const {
+    const auto place = std::ranges::find(window_.Controls(), &control);
+    return *views_[static_cast<std::size_t>(place - window_.Controls().begin())];
+}
+
+void QtWindow::SetTabOrder() {
     std::vector<Control*> by_tab = window_.Controls();
     std::stable_sort(by_tab.begin(), by_tab.end(),
                      [](const Control* a, const Control* b) { return a->TabIndex() < b->TabIndex(); });
     QWidget* previous = nullptr;
     for (const Control* control : by_tab) {
-        const auto place = std::find(window_.Controls().begin(), window_.Controls().end(), control);
-        QWidget& widget = views_[static_cast<std::size_t>(place - window_.Controls().begin())]->Widget();
+        QWidget& widget = ViewOf(*control).Widget();
         // setTabOrder ignores a widget that can't have the focus, such as a label, and so would break the
         // chain.
         if (widget.focusPolicy() == Qt::NoFocus) continue;

@@ -35,6 +35,9 @@ class QtWindow : public QObject, public View, public WindowView {
   private:
     void BuildFrame();
     void BuildControls();
+    void SetTabOrder();
+    // REQUIRES: the window has the control, and its view is built.
+    ControlView& ViewOf(const Control& control) const;
     void PlaceOnScreen();
     void Activated();
     // The modal window that blocks this one; null if none does.

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "platform/base/Event.h"
 #include "platform/base/Ref.h"
@@ -70,6 +71,11 @@ class Control : public Observed {
     void SetUnderline(bool underline) { Set(underline_, underline); }
     bool Underline() const { return underline_; }
 
+    // What a screen reader calls the control if it has neither a text of its own nor a label. Must be set
+    // before the window opens.
+    void SetAccessibleName(std::string name) { accessible_name_ = std::move(name); }
+    const std::string& AccessibleName() const { return accessible_name_; }
+
     void SetEnabled(bool enabled) { Set(enabled_, enabled); }
     bool Enabled() const { return enabled_; }
 
@@ -91,6 +97,7 @@ class Control : public Observed {
     bool bold_ = false;
     bool underline_ = false;
     bool enabled_ = true;
+    std::string accessible_name_;
 };
 
 }  // namespace varnith

@@ -28,6 +28,7 @@ void Listbox::SetColumns(const std::string& headings, const std::string& widths)
         headings_.push_back(NthField(headings, "\t", column));
         widths_.push_back(ToWidth(NthField(widths, ",", column)));
     }
+    accessible_headings_ = headings_;
     MarkChanged();
 }
 

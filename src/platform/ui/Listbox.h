@@ -35,6 +35,13 @@ class Listbox : public Control {
     void SetColumns(const std::string& headings, const std::string& widths);
     std::int32_t ColumnCount() const { return static_cast<std::int32_t>(headings_.size()); }
     const std::vector<std::string>& Headings() const { return headings_; }
+    // What a screen reader calls a column: its heading, unless another text is set after SetColumns.
+    void SetAccessibleHeading(std::int32_t column, const std::string& text) {
+        accessible_headings_.at(static_cast<std::size_t>(column)) = text;
+    }
+    const std::string& AccessibleHeading(std::int32_t column) const {
+        return accessible_headings_.at(static_cast<std::size_t>(column));
+    }
     // The width of each column in pixels; 0 for one that shares the remaining space.
     const std::vector<std::int32_t>& ColumnWidths() const { return widths_; }
 
@@ -105,6 +112,7 @@ class Listbox : public Control {
     std::vector<std::size_t> SortedOrder(std::size_t column) const;
 
     std::vector<std::string> headings_;
+    std::vector<std::string> accessible_headings_;
     std::vector<std::int32_t> widths_;
     SegmentedVector<Row> rows_;
     std::int32_t list_index_ = -1;

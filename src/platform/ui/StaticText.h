@@ -29,10 +29,16 @@ class StaticText : public Control {
     void SetTextColor(std::uint32_t colour) { Set(text_color_, colour); }
     std::uint32_t TextColor() const { return text_color_; }
 
+    // The control beside the label, which a screen reader calls by the label's text; null for none. Must be
+    // set before the window opens.
+    void SetLabelled(const Control& control) { labelled_ = &control; }
+    const Control* Labelled() const { return labelled_; }
+
     bool PressMouse(std::int32_t x, std::int32_t y) { return Fire(MouseDown, x, y); }
 
   private:
     std::string text_;
+    const Control* labelled_ = nullptr;
     varnith::TextAlign align_ = varnith::TextAlign::Left;
     bool multi_line_ = false;
     std::uint32_t text_color_ = 0;
