@@ -20,6 +20,17 @@ wait_for_main_window() {
     menu_bar_height=$((height - 670))
 }
 
+# Registers a browser that appends the URLs that it is given to a file.
+register_browser() {
+    mkdir -p "$XDG_DATA_HOME/applications" "$XDG_CONFIG_HOME"
+    # shellcheck disable=SC2016 # the browser's shell expands it
+    printf '#!/bin/sh\necho "$*" >>"%s"\n' "$1" >"$screen_folder/browser"
+    chmod +x "$screen_folder/browser"
+    printf '[Desktop Entry]\nType=Application\nName=Browser\nExec=%s %%u\n' "$screen_folder/browser" \
+        >"$XDG_DATA_HOME/applications/browser.desktop"
+    printf '[Default Applications]\nx-scheme-handler/http=browser.desktop\n' >"$XDG_CONFIG_HOME/mimeapps.list"
+}
+
 click_include_subfolders() {
     click "$main_window" 18 -15
 }
