@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <QHeaderView>
 
-#include "platform/qt/ListboxView.h"
+#include "platform/qt/ListboxWidget.h"
 
 namespace varnith {
 

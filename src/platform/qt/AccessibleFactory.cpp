@@ -5,7 +5,7 @@
 #include "platform/qt/AccessibleListbox.h"
 #include "platform/qt/CanvasView.h"
 #include "platform/qt/LabelWidget.h"
-#include "platform/qt/ListboxView.h"
+#include "platform/qt/ListboxWidget.h"
 
 namespace varnith {
 

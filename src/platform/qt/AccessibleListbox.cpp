@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "platform/qt/AccessibleCell.h"
-#include "platform/qt/ListboxView.h"
+#include "platform/qt/ListboxWidget.h"
 
 namespace varnith {
 
