@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QVBoxLayout>
+#include <QStyle>
 
 #include "platform/qt/MenuBarView.h"
 
@@ -12,11 +14,20 @@ namespace varnith {
 
 namespace {
 
-// QMessageBox grows with its text. A longer one could be larger than the screen.
+// QMessageBox grows with its text. One of more characters or lines could be larger than the screen.
 constexpr qsizetype MostWithoutScrolling = 1000;
+constexpr int MostLinesWithoutScrolling = 20;
 // QPlainTextEdit breaks lines between words in a time that is quadratic in their number: too long for a
 // longer text.
 constexpr qsizetype MostBrokenBetweenWords = 20'000;
+// Without it, the box of a short text would be too narrow for its title.
+constexpr int LeastTextWidth = 240;
+
+bool Scrolls(const QString& text) {
+    if (text.size() > MostWithoutScrolling) return true;
+    const QFontMetrics metrics(QApplication::font());
+    return metrics.size(0, text).height() > MostLinesWithoutScrolling * metrics.lineSpacing();
+}
 
 void Run(QDialog& box) {
     box.setWindowTitle(QApplication::applicationName());
@@ -26,6 +37,9 @@ void Run(QDialog& box) {
 
 void ShowScrolling(const QString& text) {
     QDialog box(QApplication::activeWindow());
+    const int icon_size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    auto* icon = new QLabel;
+    icon->setPixmap(box.style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(icon_size));
     auto* shown = new QPlainTextEdit;
     if (text.size() > MostBrokenBetweenWords) shown->setWordWrapMode(QTextOption::WrapAnywhere);
     shown->setReadOnly(true);
@@ -34,10 +48,11 @@ void ShowScrolling(const QString& text) {
     shown->setAccessibleName(QStringLiteral("Message"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
-    auto* column = new QVBoxLayout(&box);
-    column->addWidget(shown);
-    column->addWidget(buttons);
-    box.resize(480, 320);
+    auto* grid = new QGridLayout(&box);
+    grid->addWidget(icon, 0, 0, Qt::AlignTop);
+    grid->addWidget(shown, 0, 1);
+    grid->addWidget(buttons, 1, 0, 1, 2);
+    box.resize(540, 320);
     Run(box);
 }
 
@@ -45,10 +60,13 @@ void ShowScrolling(const QString& text) {
 
 void ShowMessageBox(const std::string& text) {
     const QString message = QString::fromStdString(text);
-    if (message.size() > MostWithoutScrolling) return ShowScrolling(message);
-    QMessageBox box(QApplication::activeWindow());
+    if (Scrolls(message)) return ShowScrolling(message);
+    QMessageBox box(QMessageBox::Information, {}, message, QMessageBox::Ok, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
-    box.setText(message);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.setDefaultButton(QMessageBox::Ok);
+    for (auto* label : box.findChildren<QLabel*>())
+        if (label->text() == message) label->setMinimumWidth(LeastTextWidth);
     Run(box);
 }
 
