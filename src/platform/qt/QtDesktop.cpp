@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QLibraryInfo>
 #include <QScreen>
 #include <QUrl>
 #include <utility>
@@ -71,6 +72,11 @@ QtDesktop::QtDesktop(int& argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("Varnith"));
     QApplication::setStyle(new ReadableStyle);
     InstallAccessibleFactory();
+    // The texts of Qt's own dialogs and menus. The program's own layout doesn't follow their language.
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    if (translator_.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&translator_);
     turn_timer_.setSingleShot(true);
     QObject::connect(&turn_timer_, &QTimer::timeout, [this] {
         if (Application::Current().IsQuitting()) return;
@@ -137,7 +143,8 @@ Desktop::Size QtDesktop::ScreenSize(int screen) const {
 }
 
 std::optional<std::string> QtDesktop::ChooseFolder() {
-    QFileDialog dialog(QApplication::activeWindow(), QString(), last_folder_);
+    // Qt's own dialog has this title by default, but the desktop's has none.
+    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Find Directory"), last_folder_);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     MenuBarView::AddShortcuts(dialog);

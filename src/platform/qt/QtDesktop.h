@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <QTranslator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -78,6 +79,7 @@ class QtDesktop : public Desktop {
 
     MessageFilter messages_;  // first member: QApplication's constructor already warns
     GuardedApplication application_;
+    QTranslator translator_;
     FrameClock clock_;
     QTimer turn_timer_;
     QSocketNotifier sockets_;

@@ -12,7 +12,7 @@ namespace varnith {
 
 std::optional<std::string> AskForFileToWrite(const std::string& filter, const std::string& name,
                                              QString& folder) {
-    QFileDialog dialog(QApplication::activeWindow(), QString(), folder, Decoded(filter));
+    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Save As"), folder, Decoded(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(QFileInfo(Decoded(name)).suffix());
