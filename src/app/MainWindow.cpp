@@ -34,6 +34,8 @@ void MainWindow::_CreateControls0() {
     Listbox1.SetColumns(" \tName\tCount\tPath\tType", "30,,65,,55");
     Listbox1.SetAccessibleName("Files");
     Listbox1.SetAccessibleHeading(0, "Ticked");
+    Listbox1.SetColumnAlign(2, TextAlign::Right);
+    Listbox1.SetEmptyText(EmptyListText);
     Listbox1.MouseDown = [this](std::int32_t x, std::int32_t y) { return Listbox1_MouseDown(x, y); };
     Listbox1.DoubleClick = [this] { Listbox1_DoubleClick(); };
 
@@ -43,6 +45,7 @@ void MainWindow::_CreateControls0() {
 
     AddControl(EditField1, {72, 7, 438, 22}, {.Left = true, .Top = true, .Right = true}, 3);
     EditField1.SetReadOnly(true);
+    EditField1.SetBlackOnWhite(true);
 
     AddControl(PushButton2, {686, 6, 80, 20}, top_right, 4);
     PushButton2.SetCaption("Locate");

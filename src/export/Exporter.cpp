@@ -13,8 +13,11 @@ namespace varnith {
 Exporter::Exporter() {
     SetTitle("Export");
     SetDesignSize(253, 179);
-    SetStyle(
-        {.Resizeable = false, .MaximizeButton = false, .MinimizeButton = false, .WhiteBackground = true});
+    SetStyle({.Resizeable = false,
+              .MaximizeButton = false,
+              .MinimizeButton = false,
+              .EscapeCloses = true,
+              .WhiteBackground = true});
 
     AddControl(StaticText1, {21, 14, 72, 20}, {}, 1);
     StaticText1.SetText("Type:");

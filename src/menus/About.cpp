@@ -28,7 +28,7 @@ std::string ShortHost() {
 
 About::About() {
     SetDesignSize(305, 288);
-    SetStyle({.Resizeable = false, .MaximizeButton = false, .MinimizeButton = false});
+    SetStyle({.Resizeable = false, .MaximizeButton = false, .MinimizeButton = false, .EscapeCloses = true});
     CreateControls();
 }
 
@@ -42,7 +42,7 @@ void About::CreateControls() {
     StaticText2.SetText("Version info goes here");
     AddControl(StaticText3, {9, 194, 287, 20}, top_left, 3);
     StaticText3.SetText("Build Date");
-    // Has the same tab index as the date. That has no effect, since labels take no focus.
+    // Has the same tab index as the date. That has no effect, since only links take the focus.
     AddControl(StaticText4, {9, 226, 287, 20}, top_left, 3);
     StaticText4.SetText("© The Varnith developers");
     StaticText4.MouseDown = [this](std::int32_t x, std::int32_t y) { return StaticText4_MouseDown(x, y); };

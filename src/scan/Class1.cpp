@@ -4,12 +4,14 @@
 #include "platform/base/Text.h"
 #include "platform/system/SystemInformationMBS.h"
 #include "scan/ResultRow.h"
+#include "scan/ScanInProgress.h"
 
 namespace varnith {
 
 void Class1::Event_Run() {
     if (!f) return;
     const auto window = MainWindow::Instance();
+    const ScanInProgress in_progress(window, PointerShape::Busy);
     window->EditField1.SetText(f->AbsolutePath());
     window->Listbox1.DeleteAllRows();
     window->loadfolder(f->ForWalk(RecursiveWalk));

@@ -3,6 +3,7 @@
 #include "platform/threads/Scheduler.h"
 #include "platform/ui/Dialogs.h"
 #include "scan/ResultRow.h"
+#include "scan/ScanInProgress.h"
 
 namespace varnith {
 
@@ -11,6 +12,7 @@ namespace varnith {
 void MainWindow::Singlefolder() {
     const Ref<FolderItem> selected = SelectFolder();
     if (!selected) return;
+    const ScanInProgress in_progress(Ref<MainWindow>(this), PointerShape::Wait);
     const Ref<FolderItem> folder = selected->ForWalk(FlatWalk);
     // A folder that has vanished since the choice counts as empty. The old rows go in either case.
     const std::int32_t entries = folder->Count();

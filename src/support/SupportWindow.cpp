@@ -32,7 +32,8 @@ SupportWindow::SupportWindow() {
     SetStyle({.Frame = FrameKind::MovableModal,
               .Resizeable = false,
               .MaximizeButton = false,
-              .MinimizeButton = false});
+              .MinimizeButton = false,
+              .EscapeCloses = true});
     CreateControls();
 }
 

@@ -96,7 +96,7 @@ def expect_heard(text):
 pyatspi.Registry.registerEventListener(hear, 'object:state-changed:focused', 'object:state-changed:checked')
 program = until(lambda: next((p for p in pyatspi.Registry.getDesktop(0) if p and p.name == 'Varnith'), None), 'program')
 main = window(
-    'Varnith - ', 'Files table', 'Ticked table column header', 'Name table column header',
+    'Varnith - ', 'Files table Press "Locate" and choose a folder.', 'Ticked table column header', 'Name table column header',
     'Count table column header', 'Path table column header', 'Type table column header', 'Address: label',
     'Address: text', 'Locate push button', 'label', 'Include Subfolders check box', 'Filter: combo box',
     'Filter: label', 'File menu item', 'Help menu item')
@@ -116,6 +116,9 @@ press('Down')
 expect_heard('lease, annex.tiff table cell')
 press('space')
 expect_heard('Ticked check box checked')
+press('Tab', 'Right')
+expect_heard('Name table column header')
+press('shift+Tab')
 tick = table.getAccessibleAt(2, 0)
 do('toggle', tick)
 until(lambda: has(tick, 'CHECKED'), 'the tick')
@@ -155,7 +158,7 @@ for name in 'Email:', 'Name:', 'Details:':
 send = part(form, 'push button', 'Send')
 until(lambda: has(send, 'ENABLED'), 'Send')
 do('Press', send)
-message = window('Varnith', 'nobody not valid email label', 'OK push button')
+message = window('Varnith', 'image', 'nobody not valid email label', 'OK push button')
 do('Press', message, 'push button', 'OK')
 do('Press', window('Support Feedback'), 'push button', 'Close')
 window('Varnith - ')

@@ -29,20 +29,35 @@ TEST_F(RowsTest, MovesAmongRowsByKeys) {
         EXPECT_EQ(table.model()->headerData(1, Qt::Horizontal), "Name");
         frame->findChild<QCheckBox*>()->setFocus();
         table.setFocus();
-        EXPECT_FALSE(table.currentIndex().isValid()) << "no row is highlighted until the user highlights one";
+        EXPECT_EQ(PressKey(Qt::Key_Return), -1) << "no row is highlighted until the user highlights one";
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, Centre(2, 3));
         EXPECT_EQ(list.ListIndex(), 2);
+        PressKey(Qt::Key_Return);
+        EXPECT_EQ(desktop.opened, Lines({documents / "a2.tif"}));
+        QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
+                  "a2.tif\t2\t" + documents.Path() + "\ttif");
         EXPECT_EQ(PressKey(Qt::Key_Down), 3);
         EXPECT_EQ(PressKey(Qt::Key_Left), 3);
         EXPECT_GT(PressKey(Qt::Key_PageDown), 10);
         EXPECT_EQ(PressKey(Qt::Key_End), 63);
         EXPECT_EQ(PressKey(Qt::Key_Home), 0);
+
+        // In the headings: sorts by the third, the number of pages, and makes the last column wider. The
+        // others make room.
+        for (const char* keys : {"Tab", "Right", "Right", "space", "Right", "Right", "alt+Right"})
+            Press(keys);
+        const QHeaderView& headings = *table.horizontalHeader();
+        ServeUntil(
+            [&] { return table.columnWidth(4) == 65 && headings.length() == table.viewport()->width(); });
+        EXPECT_EQ(list.Cell(0, 2) + list.Cell(63, 2), "112");
+        Press("Tab");
+        ServeUntil([&] { return frame->findChild<QLineEdit*>()->hasFocus(); });
     });
 }
 
 TEST_F(RowsTest, TakesASpaceForATickOrForTheNameThatIsBeingTyped) {
     WorkOnRows([&](QTableView&, Listbox& list) {
-        PressKey(Qt::Key_End);
         const int interval = QApplication::keyboardInputInterval();
         QApplication::setKeyboardInputInterval(1);
         const auto press_alone = [&](Qt::Key key) {
@@ -51,7 +66,8 @@ TEST_F(RowsTest, TakesASpaceForATickOrForTheNameThatIsBeingTyped) {
             ServeUntil([&] { return pause.hasExpired(1); });
             return PressKey(key);
         };
-        EXPECT_EQ(press_alone(Qt::Key_B), 61);
+        for (const auto& [key, row] : {std::pair(Qt::Key_X, -1), {Qt::Key_C, 63}, {Qt::Key_B, 61}})
+            EXPECT_EQ(press_alone(key), row);
         for (const bool ticked : {true, false}) {
             press_alone(Qt::Key_Space);
             EXPECT_EQ(list.CellCheck(61, 0), ticked);
@@ -103,14 +119,18 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_EQ(Ticks(), "---");
 
-        // Acts as the user of the menu that the next event opens at that place.
+        QTimer watch;
+        // Acts as the user of the menu that opens next at that place.
         const auto with_menu_at = [&](const QPoint& place, const std::function<void(QMenu&)>& user) {
-            QTimer::singleShot(0, &table, [&table, place, user] {
+            watch.callOnTimeout([&table, &watch, place, user] {
                 auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-                ASSERT_TRUE(menu);
+                if (!menu) return;
+                watch.stop();
+                watch.disconnect();
                 EXPECT_EQ(menu->pos(), table.viewport()->mapToGlobal(place));
                 user(*menu);
             });
+            watch.start();
         };
         with_menu_at(table.visualRect(table.currentIndex()).center(), [](QMenu& menu) {
             EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
@@ -118,9 +138,8 @@ TEST_F(ResultsTest, OpensTheRowUnderTheMouseAndItsMenu) {
             ServeUntil([&] { return !menu.isVisible(); });
             menu.close();
         });
-        QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
-        QApplication::sendEvent(&table, &key);
-        EXPECT_EQ(Ticks(), "xxx");
+        Press("shift+F10");
+        ServeUntil([&] { return Ticks() == "xxx"; });
 
         with_menu_at(Centre(1, 3), [](QMenu& menu) {
             EXPECT_EQ(Main().Listbox1.ListIndex(), 2) << "the list handles the press after the menu";

@@ -67,6 +67,13 @@ struct LayoutTest : WindowTest {
         });
         EXPECT_EQ(widths, expected);
     }
+    // Whether nothing stands in the list. Rows without a text don't count.
+    bool IsBlank() const {
+        const QImage image = Table().viewport()->grab().toImage();
+        QImage blank(image.size(), image.format());
+        blank.fill(image.pixelColor(0, 0));
+        return image == blank;
+    }
     // Drags the right edge of a column's heading.
     void Drag(int column, int by) {
         const QHeaderView& header = *Table().horizontalHeader();
@@ -90,7 +97,11 @@ TEST_F(LayoutTest, FollowsItsLayoutAtEverySize) {
         Drag(1, -90);
         ExpectColumns({30, name - 100, 65, path + 80, 75});
         const int width = Table().viewport()->width();
-        for (int i = 0; i < 60; ++i) Main().Listbox1.AddRow("");
+        EXPECT_FALSE(IsBlank()) << "tells what to press";
+        Main().Listbox1.AddRow("");
+        ServeUntil([&] { return Table().model()->rowCount() == 1; });
+        EXPECT_TRUE(IsBlank());
+        for (int i = 1; i < 60; ++i) Main().Listbox1.AddRow("");
         ServeUntil([&] { return Table().viewport()->width() < width; });
         const int bar = width - Table().viewport()->width();
         ExpectColumns({30, name - 100, 65, path + 80 - bar, 75});
@@ -113,7 +124,7 @@ TEST_F(LayoutTest, FollowsItsLayoutAtEverySize) {
     });
 }
 
-TEST_F(WindowTest, ShowsWhatHasTheFocusOnLightAndDarkDesktops) {
+TEST_F(WindowTest, CanBeReadOnLightAndDarkDesktops) {
     Work([&] {
         for (const int grey : {240, 50}) {
             QApplication::setPalette(QPalette(QColor(grey, grey, grey)));
@@ -124,6 +135,16 @@ TEST_F(WindowTest, ShowsWhatHasTheFocusOnLightAndDarkDesktops) {
                 const QPoint beside = control->mapTo(frame, QPoint(-1, control->height() / 2));
                 const QColor ring = frame->grab().toImage().pixelColor(beside);
                 EXPECT_GT(std::abs(qGray(ring.rgb()) - grey), 60) << control->metaObject()->className();
+            }
+            // Each window is either dark or light, with all that is in it.
+            for (const Ref<MenuItem>& entry : {Main().FileExport(), Main().HelpSupport()}) {
+                QMainWindow& window = Opened(entry);
+                const QImage image = window.grab().toImage();
+                for (const QWidget* control : window.findChildren<QLineEdit*>())
+                    EXPECT_LT(std::abs(qGray(image.pixel(control->mapTo(&window, QPoint(50, 10)))) -
+                                       qGray(image.pixel(5, 5))),
+                              60);
+                window.close();
             }
         }
     });
@@ -145,6 +166,7 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         frame->findChild<QPushButton*>()->click();
         ServeUntil([&] { return frame->windowTitle() == "Processing Item: 9.tif"; });
         QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, QPoint(10, Centre(1, 0).y()));
+        EXPECT_EQ(Table().viewport()->cursor().shape(), Qt::BusyCursor);
         Table().scrollToBottom();
         frame->resize(900, 800);
         ServeUntil([&] { return Table().width() > 860; });
@@ -162,6 +184,23 @@ TEST_F(WindowTest, ShowsAScanThatGoesOnWhateverTheUserDoes) {
         EXPECT_EQ(texts, "a\u240A\uFFFD.tif|Address: left|401 file(s) right|Filter: right||All|tif");
         EXPECT_EQ(frame->findChild<QLineEdit*>()->text().toStdString(), documents.Path());
         EXPECT_TRUE(list.CellCheck(1, 0));
+
+        // The pointer of a scan that blocks the window, and of one that the next press stops.
+        frame->findChild<QCheckBox*>()->click();
+        Qt::CursorShape during = Qt::ArrowCursor;
+        disk.fails = [&](const std::string&) {
+            during = frame->cursor().shape();
+            return false;
+        };
+        frame->findChild<QPushButton*>()->click();
+        EXPECT_EQ(during, Qt::WaitCursor);
+        EXPECT_EQ(frame->cursor().shape(), Qt::ArrowCursor);
+        frame->findChild<QCheckBox*>()->click();
+        frame->findChild<QPushButton*>()->click();
+        ServeUntil([&] { return frame->cursor().shape() == Qt::BusyCursor; });
+        desktop.choose = nullptr;
+        frame->findChild<QPushButton*>()->click();
+        EXPECT_EQ(frame->cursor().shape(), Qt::ArrowCursor);
         Main().SetTitle("Processing Item: a[*].tif");
         ServeUntil([&] { return frame->windowHandle()->title() == "Processing Item: a[*].tif"; });
     });

@@ -80,7 +80,7 @@ open_menu() {
 }
 
 open_exporter() {
-    open_menu press alt+f
+    open_menu press F10
     press Return
     wait_for_window '^Export$'
     exporter=$found_window

@@ -30,6 +30,13 @@ QString AccessibleHeading::text(QAccessible::Text kind) const {
                                                              : QStringLiteral("sorted descending");
 }
 
+QAccessible::State AccessibleHeading::state() const {
+    QAccessible::State state;
+    state.focusable = true;
+    state.focused = list_.IsChosen(column_);
+    return state;
+}
+
 QRect AccessibleHeading::rect() const {
     const QHeaderView& header = *list_.Table().horizontalHeader();
     const QPoint corner(header.sectionViewportPosition(column_), 0);
@@ -95,7 +102,7 @@ void AccessibleCell::doAction(const QString& action) {
     table.Highlight(row_);
     if (action == pressAction())
         QMetaObject::invokeMethod(
-            &table, [&table] { table.on_double_click(); }, Qt::QueuedConnection);
+            &table, [&table] { table.on_open(); }, Qt::QueuedConnection);
     else if (action == showMenuAction())
         QCoreApplication::postEvent(&table, new QContextMenuEvent(QContextMenuEvent::Keyboard, {}, {}));
     else if (action == setFocusAction())

@@ -40,7 +40,7 @@ class AccessibleHeading : public AccessiblePart {
 
     bool isValid() const override { return column_ < list_.columnCount(); }
     QAccessible::Role role() const override { return QAccessible::ColumnHeader; }
-    QAccessible::State state() const override { return {}; }
+    QAccessible::State state() const override;
     QString text(QAccessible::Text kind) const override;
     QRect rect() const override;
     QStringList actionNames() const override { return {pressAction()}; }

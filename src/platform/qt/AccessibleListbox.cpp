@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/qt/AccessibleCell.h"
+#include "platform/qt/HeadingsWidget.h"
 #include "platform/qt/ListboxWidget.h"
 
 namespace varnith {
@@ -48,6 +49,12 @@ void AccessibleListbox::TellFocus(int column) {
     QAccessible::updateAccessibility(&event);
 }
 
+void AccessibleListbox::TellHeading(int column) {
+    if (!IsChosen(column)) return;
+    QAccessibleEvent event(HeadingOf(column), QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
 void AccessibleListbox::TellChanges(int first, int last) {
     const auto end = parts_.upper_bound({last, columnCount()});
     for (auto place = parts_.lower_bound({first, 0}); place != end; ++place) {
@@ -72,9 +79,18 @@ bool AccessibleListbox::HasFocus(int row, int column) const {
     return table_.hasFocus() && IsHighlighted(row) && column == focus_column_;
 }
 
+bool AccessibleListbox::IsChosen(int heading) const {
+    return table_.Headings().Chosen() == heading;
+}
+
 void* AccessibleListbox::interface_cast(QAccessible::InterfaceType type) {
     if (type == QAccessible::TableInterface) return static_cast<QAccessibleTableInterface*>(this);
     return QAccessibleWidget::interface_cast(type);
+}
+
+QString AccessibleListbox::text(QAccessible::Text kind) const {
+    if (kind == QAccessible::Description && rowCount() == 0) return table_.EmptyText();
+    return QAccessibleWidget::text(kind);
 }
 
 int AccessibleListbox::rowCount() const {

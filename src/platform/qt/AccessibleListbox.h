@@ -23,14 +23,18 @@ class AccessibleListbox : public QAccessibleWidget, public QAccessibleTableInter
     void TellHighlight(int previous_row);
     // Tells the clients that the user works on this cell of the highlighted row.
     void TellFocus(int column);
+    // Tells the clients that the user works on this heading.
+    void TellHeading(int column);
     // Tells the clients that the texts and ticks of these rows have changed, `last` included.
     void TellChanges(int first, int last);
 
     ListboxWidget& Table() const { return table_; }
     bool IsHighlighted(int row) const;
     bool HasFocus(int row, int column) const;
+    bool IsChosen(int heading) const;
 
     void* interface_cast(QAccessible::InterfaceType type) override;
+    QString text(QAccessible::Text kind) const override;
     int childCount() const override;
     QAccessibleInterface* child(int index) const override;
     QAccessibleInterface* childAt(int x, int y) const override;

@@ -41,11 +41,8 @@ class StaticTextView : public ControlView {
 
     void Update() override {
         ControlView::Update();
-        const Qt::Alignment aligned = text_.TextAlign() == TextAlign::Right    ? Qt::AlignRight
-                                      : text_.TextAlign() == TextAlign::Centre ? Qt::AlignHCenter
-                                                                               : Qt::AlignLeft;
         label_.setWordWrap(text_.MultiLine());
-        label_.setAlignment(aligned | (text_.MultiLine() ? Qt::AlignTop : Qt::AlignVCenter));
+        label_.setAlignment(ToQt(text_.TextAlign()) | (text_.MultiLine() ? Qt::AlignTop : Qt::AlignVCenter));
         SetTextColour(label_, QColor::fromRgb(text_.TextColor()));
         label_.setText(Decoded(text_.Text()));
     }
@@ -64,7 +61,7 @@ class EditFieldView : public ControlView {
   public:
     EditFieldView(EditField& field, QLineEdit& edit, FrameClock& clock)
         : ControlView(field, edit, clock), field_(field), edit_(edit) {
-        SetBlackOnWhite(edit);
+        if (field.BlackOnWhite()) SetBlackOnWhite(edit);
         edit.setMaxLength(std::numeric_limits<int>::max());
         // Not textEdited: a screen reader or a dictation program sets the text without typing.
         QObject::connect(&edit, &QLineEdit::textChanged, Connections(),
@@ -172,6 +169,18 @@ QFont ControlView::Fitted(QFont font) const {
 
 QSize ControlView::TextRoom(const QFontMetrics& metrics) const {
     return QSize(FrameWidth, FrameWidth) * 2 + QSize(0, metrics.height());
+}
+
+Qt::Alignment ToQt(TextAlign align) {
+    switch (align) {
+        case TextAlign::Right:
+            return Qt::AlignRight;
+        case TextAlign::Centre:
+            return Qt::AlignHCenter;
+        case TextAlign::Left:
+            break;
+    }
+    return Qt::AlignLeft;
 }
 
 std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock) {

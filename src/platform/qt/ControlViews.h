@@ -18,6 +18,9 @@ class ControlView : public View {
 
     QWidget& Widget() const { return widget_; }
 
+    // The last place in the widget that Tab reaches.
+    virtual QWidget& LastTabStop() const { return widget_; }
+
     void Update() override;
 
     // Makes a screen reader call the control by this label.
@@ -42,6 +45,8 @@ class ControlView : public View {
     QWidget& widget_;
     QObject connections_;
 };
+
+Qt::Alignment ToQt(TextAlign align);
 
 // Creates the view of a control, whatever its class, and its widget as a child of `parent`.
 std::unique_ptr<ControlView> MakeView(Control& control, QWidget& parent, FrameClock& clock);

@@ -5,13 +5,14 @@
 
 namespace varnith {
 
-// A label of plain text that can be clicked.
+// A label of plain text. One that can be clicked is a link: Tab reaches it, and Return and the space bar
+// click it.
 class LabelWidget : public QLabel {
   public:
     explicit LabelWidget(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-    // Sets the function to call when the left mouse button is pressed on the label, with the position in the
-    // label. Shows the hand cursor.
+    // Makes the label a link. The function is called with the position of the click in the label. Shows the
+    // hand cursor.
     void SetOnPress(std::function<void(const QPoint& place)> on_press);
     bool IsLink() const { return static_cast<bool>(on_press_); }
     // Acts as a press at this position in the label. REQUIRES: IsLink().
@@ -19,6 +20,7 @@ class LabelWidget : public QLabel {
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     std::function<void(const QPoint& place)> on_press_;

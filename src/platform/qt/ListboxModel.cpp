@@ -1,5 +1,6 @@
 #include "platform/qt/ListboxModel.h"
 
+#include "platform/qt/ControlViews.h"
 #include "platform/qt/Decode.h"
 
 namespace varnith {
@@ -26,6 +27,10 @@ int ListboxModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : list_.ColumnCount();
 }
 
+QVariant ListboxModel::Alignment(int column) const {
+    return QVariant(ToQt(list_.ColumnAlign(column)) | Qt::AlignVCenter);
+}
+
 bool ListboxModel::HasCheckBox(const QModelIndex& index) const {
     return IsThere(index) && list_.CellType(index.row(), index.column()) == Listbox::TypeCheckBox;
 }
@@ -34,6 +39,7 @@ QVariant ListboxModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::DisplayRole && IsThere(index)) return Decoded(list_.Cell(index.row(), index.column()));
     if (role == Qt::CheckStateRole && HasCheckBox(index))
         return list_.CellCheck(index.row(), index.column()) ? Qt::Checked : Qt::Unchecked;
+    if (role == Qt::TextAlignmentRole) return Alignment(index.column());
     return {};
 }
 
@@ -47,7 +53,7 @@ QVariant ListboxModel::headerData(int section, Qt::Orientation orientation, int 
     if (orientation != Qt::Horizontal || section < 0 || section >= list_.ColumnCount()) return {};
     if (role == Qt::DisplayRole) return Decoded(list_.Headings()[static_cast<std::size_t>(section)]);
     if (role == Qt::AccessibleTextRole) return Decoded(list_.AccessibleHeading(section));
-    if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    if (role == Qt::TextAlignmentRole) return Alignment(section);
     return {};
 }
 

@@ -31,6 +31,7 @@ class ListboxModel : public QAbstractTableModel {
     bool IsThere(const QModelIndex& index) const {
         return index.isValid() && index.row() < list_.ListCount();
     }
+    QVariant Alignment(int column) const;
     bool HasCheckBox(const QModelIndex& index) const;
 
     Listbox& list_;

@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 
 #include "platform/qt/AccessibleListbox.h"
+#include "platform/qt/Decode.h"
 
 namespace varnith {
 
@@ -19,7 +20,7 @@ ListboxView::ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock)
     table.setModel(&model_);
     table.on_space = [&list](int row) { list.ToggleCheck(row); };
     table.on_press = [&list](const QPoint& place) { return list.PressMouse(place.x(), place.y()); };
-    table.on_double_click = [&list] { list.ClickTwice(); };
+    table.on_open = [&list] { list.ClickTwice(); };
     QObject::connect(table.horizontalHeader(), &QHeaderView::sectionClicked, Connections(),
                      [&list](int column) { list.PressHeading(column); });
     QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, Connections(),
@@ -42,6 +43,12 @@ void ListboxView::Update() {
     FollowHighlight();
     FollowSorting();
     RepaintChangedRows();
+    table_.SetEmptyText(Decoded(list_.EmptyText()));
+}
+
+// The headings.
+QWidget& ListboxView::LastTabStop() const {
+    return *table_.horizontalHeader();
 }
 
 void ListboxView::FollowRows() {

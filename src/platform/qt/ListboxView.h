@@ -15,6 +15,7 @@ class ListboxView : public ControlView {
     ~ListboxView() override;
 
     void Update() override;
+    QWidget& LastTabStop() const override;
 
   private:
     bool NewRowsCanWait() const;

@@ -1,10 +1,11 @@
 #include "platform/qt/ListboxWidget.h"
 
 #include <QApplication>
-#include <QHeaderView>
+#include <QClipboard>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -16,6 +17,7 @@
 
 #include "platform/qt/AccessibleListbox.h"
 #include "platform/qt/ContextMenu.h"
+#include "platform/qt/HeadingsWidget.h"
 
 namespace varnith {
 
@@ -27,7 +29,7 @@ constexpr int TickColumn = 0;
 
 }  // namespace
 
-ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent) {
+ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent), headings_(*new HeadingsWidget(this)) {
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -39,10 +41,17 @@ ListboxWidget::ListboxWidget(QWidget* parent) : QTableView(parent) {
     setHorizontalScrollMode(ScrollPerPixel);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    horizontalHeader()->setSectionsClickable(true);
-    horizontalHeader()->setHighlightSections(false);
+    setHorizontalHeader(&headings_);
     horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
+    horizontalHeader()->installEventFilter(this);
     horizontalHeader()->viewport()->installEventFilter(this);
+    // Queued, because Qt tells the accessibility bus of the whole header after the event that gives it the
+    // focus.
+    headings_.on_choice = [this](int column) {
+        if (AccessibleListbox* accessible = AccessibleListbox::Of(*this))
+            QMetaObject::invokeMethod(
+                this, [=] { accessible->TellHeading(column); }, Qt::QueuedConnection);
+    };
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, &ListboxWidget::HoldWidth);
 }
 
@@ -60,7 +69,7 @@ void ListboxWidget::SetColumnWidths(const std::vector<std::int32_t>& widths) {
 
 // Keeps the width that the user gives a column. While the user drags a column's edge, only the columns to the
 // right of it are resized, so that the edge stays under the mouse pointer. The columns to the left follow
-// when the button is released.
+// when the button is released. With keys it is the same.
 void ListboxWidget::HoldWidth(int column) {
     if (resizing_columns_) return;
     std::erase(sharing_columns_, column);
@@ -68,7 +77,7 @@ void ListboxWidget::HoldWidth(int column) {
 }
 
 bool ListboxWidget::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == horizontalHeader()->viewport() && event->type() == QEvent::MouseButtonRelease) ShareRest();
+    if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyRelease) ShareRest();
     return QTableView::eventFilter(watched, event);
 }
 
@@ -119,8 +128,14 @@ void ListboxWidget::focusInEvent(QFocusEvent* event) {
 }
 
 void ListboxWidget::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !IsSearching())
+    const int key = event->key();
+    if (key == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !IsSearching())
         ToggleByKey();
+    else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !event->isAutoRepeat() &&
+             currentIndex().isValid())
+        on_open();
+    else if (event->matches(QKeySequence::Copy))
+        CopyRow();
     else
         QTableView::keyPressEvent(event);
 }
@@ -131,9 +146,25 @@ void ListboxWidget::ToggleByKey() {
     if (AccessibleListbox* accessible = AccessibleListbox::Of(*this)) accessible->TellFocus(TickColumn);
 }
 
+// The texts as they are shown, so that a line break in a file name doesn't end the row.
+void ListboxWidget::CopyRow() const {
+    const QModelIndex current = currentIndex();
+    if (!current.isValid()) return;
+    QStringList texts;
+    for (int column = SearchColumn; column < model()->columnCount(); ++column)
+        texts += current.siblingAtColumn(column).data().toString();
+    QGuiApplication::clipboard()->setText(texts.join(u'\t'));
+}
+
 void ListboxWidget::keyboardSearch(const QString& search) {
+    const bool first_letter = !IsSearching();
     since_search_.start();
     QTableView::keyboardSearch(search);
+    // While no row is highlighted, Qt searches the first column, which has no texts.
+    if (currentIndex().isValid() || !first_letter) return;
+    const QModelIndex first_row = model()->index(0, SearchColumn);
+    const QModelIndexList found = model()->match(first_row, Qt::DisplayRole, search);
+    if (!found.isEmpty()) setCurrentIndex(found.front());
 }
 
 bool ListboxWidget::IsSearching() const {
@@ -161,7 +192,7 @@ void ListboxWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 // would take the release, and the second of the two toggles would be lost.
 void ListboxWidget::mouseReleaseEvent(QMouseEvent* event) {
     QTableView::mouseReleaseEvent(event);
-    if (std::exchange(clicked_twice_, false)) on_double_click();
+    if (std::exchange(clicked_twice_, false)) on_open();
 }
 
 // The menu key counts as a press on the highlighted row. For a press of the mouse, mousePressEvent has
@@ -190,6 +221,20 @@ QModelIndex ListboxWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers
     }
     const QModelIndex moved = QTableView::moveCursor(action, modifiers);
     return moved.siblingAtColumn(SearchColumn);
+}
+
+void ListboxWidget::SetEmptyText(const QString& text) {
+    if (empty_text_ == text) return;
+    empty_text_ = text;
+    viewport()->update();
+}
+
+void ListboxWidget::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (!model() || model()->rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, empty_text_);
 }
 
 bool ListboxWidget::viewportEvent(QEvent* event) {

@@ -7,6 +7,15 @@
 
 namespace varnith {
 
+void PopupMenuWidget::showPopup() {
+    // By default the list is drawn in the application's colours for menus. With all roles marked as set, the
+    // style takes none of them from there.
+    QPalette colours = palette();
+    colours.setResolveMask(~QPalette::ResolveMask{0});
+    view()->setPalette(colours);
+    QComboBox::showPopup();
+}
+
 PopupMenuView::PopupMenuView(PopupMenu& menu, PopupMenuWidget& box, FrameClock& clock)
     : ControlView(menu, box, clock), menu_(menu), box_(box) {
     QObject::connect(&box, &QComboBox::activated, Connections(), [this](int index) { Pick(index); });

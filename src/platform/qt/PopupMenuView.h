@@ -10,12 +10,14 @@
 
 namespace varnith {
 
-// A QComboBox that ignores the mouse wheel while its list is closed. A change of the filter costs the user
-// all ticks, and the wheel is easily turned by accident. Keys change the choice, whether the list is open or
-// closed.
+// A QComboBox whose list has the colours of its window, and which ignores the mouse wheel while the list is
+// closed. A change of the filter costs the user all ticks, and the wheel is easily turned by accident. Keys
+// change the choice, whether the list is open or closed.
 class PopupMenuWidget : public QComboBox {
   public:
     using QComboBox::QComboBox;
+
+    void showPopup() override;
 
   protected:
     void wheelEvent(QWheelEvent* event) override { event->ignore(); }

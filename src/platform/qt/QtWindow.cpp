@@ -4,16 +4,19 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QWindow>
 #include <algorithm>
 
 #include "platform/qt/Decode.h"
 #include "platform/qt/QtDesktop.h"
+#include "platform/qt/TextColours.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/StaticText.h"
 
@@ -49,7 +52,8 @@ QtWindow::QtWindow(Window& window, QtDesktop& desktop, FrameClock& clock)
     PlaceOnScreen();
     Update();
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
-        focus_ring_->setWidget(contents_->isAncestorOf(now) ? now : nullptr);
+        // The headings of a list have a ring of their own.
+        focus_ring_->setWidget(now && now->parentWidget() == contents_ ? now : nullptr);
     });
     frame_->show();
     frame_->windowHandle()->installEventFilter(this);
@@ -86,15 +90,27 @@ void QtWindow::BuildFrame() {
     }
     // Not modal to Qt: that would block the other windows' menus and close buttons too.
     if (window_.IsModal()) frame_->setWindowFlag(Qt::Dialog);
-    if (style.WhiteBackground) {
-        QPalette colours = contents_->palette();
-        colours.setColor(QPalette::Window, Qt::white);
-        colours.setColor(QPalette::WindowText, Qt::black);
-        contents_->setPalette(colours);
-        contents_->setAutoFillBackground(true);
-    }
+    if (style.WhiteBackground) SetWhiteBackground(*contents_);
+    AddDesktopKeys();
     frame_->installEventFilter(this);
     contents_->installEventFilter(this);
+}
+
+// The keys for menus that desktops have, but not Qt.
+void QtWindow::AddDesktopKeys() {
+    const auto add = [this](const QKeySequence& keys, auto&& action) {
+        QObject::connect(new QShortcut(keys, frame_), &QShortcut::activated, this, action);
+    };
+    add(QKeySequence(Qt::SHIFT | Qt::Key_F10), [this] {
+        QContextMenuEvent menu_key(QContextMenuEvent::Keyboard, {}, {}, Qt::NoModifier);
+        QCoreApplication::sendEvent(frame_->windowHandle(), &menu_key);
+    });
+    if (!menus_) return;
+    add(QKeySequence(Qt::Key_F10), [bar = frame_->menuBar()] {
+        QAction* first = bar->actions().constFirst();
+        bar->setActiveAction(first);
+        first->menu()->setActiveAction(first->menu()->actions().constFirst());
+    });
 }
 
 void QtWindow::BuildControls() {
@@ -119,12 +135,14 @@ void QtWindow::SetTabOrder() {
                      [](const Control* a, const Control* b) { return a->TabIndex() < b->TabIndex(); });
     QWidget* previous = nullptr;
     for (const Control* control : by_tab) {
-        QWidget& widget = ViewOf(*control).Widget();
+        const ControlView& view = ViewOf(*control);
+        QWidget& widget = view.Widget();
         // setTabOrder ignores a widget that can't have the focus, such as a label, and so would break the
         // chain.
         if (widget.focusPolicy() == Qt::NoFocus) continue;
         if (previous) QWidget::setTabOrder(previous, &widget);
-        previous = &widget;
+        previous = &view.LastTabStop();
+        if (previous != &widget) QWidget::setTabOrder(&widget, previous);
     }
 }
 
@@ -158,6 +176,17 @@ void QtWindow::BringToFront() {
 void QtWindow::SetBlocked(bool blocked) {
     if (blocked == (shield_ != nullptr)) return;
     shield_ = blocked ? std::make_unique<Shield>(*contents_) : nullptr;
+}
+
+void QtWindow::SetPointer(PointerShape shape) {
+    switch (shape) {
+        case PointerShape::Usual:
+            return frame_->unsetCursor();
+        case PointerShape::Busy:
+            return frame_->setCursor(Qt::BusyCursor);
+        case PointerShape::Wait:
+            return frame_->setCursor(Qt::WaitCursor);
+    }
 }
 
 void QtWindow::Update() {
@@ -231,6 +260,10 @@ bool QtWindow::DeliverKeyPress(const QKeyEvent& event) {
             clock_.Flush();
             return true;
         }
+    }
+    if (event.key() == Qt::Key_Escape && window_.GetStyle().EscapeCloses) {
+        window_.Close();
+        return true;
     }
     const bool is_return = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     return is_return && PressDefaultButton();

@@ -26,6 +26,7 @@ class QtWindow : public QObject, public View, public WindowView {
 
     void BringToFront() override;
     void SetBlocked(bool blocked) override;
+    void SetPointer(PointerShape shape) override;
     void Update() override;
 
   protected:
@@ -34,6 +35,7 @@ class QtWindow : public QObject, public View, public WindowView {
 
   private:
     void BuildFrame();
+    void AddDesktopKeys();
     void BuildControls();
     void SetTabOrder();
     // REQUIRES: the window has the control, and its view is built.

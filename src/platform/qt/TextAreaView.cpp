@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "platform/qt/Decode.h"
-#include "platform/qt/TextColours.h"
 
 namespace varnith {
 
@@ -43,7 +42,6 @@ int PlaceOf(std::int32_t character, QStringView text) {
 
 TextAreaView::TextAreaView(EditField& field, QPlainTextEdit& edit, FrameClock& clock)
     : ControlView(field, edit, clock), field_(field), edit_(edit) {
-    SetBlackOnWhite(edit);
     edit.setTabChangesFocus(true);
     edit.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     Update();

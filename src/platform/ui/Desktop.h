@@ -13,6 +13,10 @@ namespace varnith {
 class Picture;
 class Window;
 
+// The mouse pointer over a window: the usual one, that of a program which works meanwhile but can be used,
+// and that of a program which doesn't react.
+enum class PointerShape : std::uint8_t { Usual, Busy, Wait };
+
 // An open window on the screen. Its destruction takes the window off the screen.
 class WindowView {
   public:
@@ -22,6 +26,8 @@ class WindowView {
     // Blocks the window's contents from the user's input, or unblocks them. The menus and the close button
     // keep working.
     virtual void SetBlocked(bool blocked) = 0;
+    // Sets the mouse pointer over the window at once, even if the event loop stands still.
+    virtual void SetPointer(PointerShape shape) = 0;
 };
 
 // A running timer. Its destruction stops it.

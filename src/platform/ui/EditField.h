@@ -8,7 +8,7 @@
 
 namespace varnith {
 
-// A text field of one line or several, black on white, without a limit to the length of its text. A field of
+// A text field of one line or several, without a limit to the length of its text. A field of
 // several lines has a vertical scroll bar. In a read-only field the user can select and copy, but not type.
 class EditField : public Control {
   public:
@@ -27,6 +27,10 @@ class EditField : public Control {
     void SetMultiLine(bool multi_line) { multi_line_ = multi_line; }
     bool MultiLine() const { return multi_line_; }
 
+    // Black text on white, whatever the desktop's colours. Must be set before the window opens.
+    void SetBlackOnWhite(bool black_on_white) { black_on_white_ = black_on_white; }
+    bool BlackOnWhite() const { return black_on_white_; }
+
     // The selection, in characters from 0. Its length is 0 if it is only the caret.
     void Select(std::int32_t start, std::int32_t length);
     std::int32_t SelStart() const { return sel_start_; }
@@ -43,6 +47,7 @@ class EditField : public Control {
     std::string text_;
     bool read_only_ = false;
     bool multi_line_ = false;
+    bool black_on_white_ = false;
     std::int32_t sel_start_ = 0;
     std::int32_t sel_length_ = 0;
 };

@@ -26,8 +26,8 @@ class Listbox : public Control {
     // Called when the user presses a mouse button in the list, but not on a heading, or presses the menu key.
     // x and y are in pixels from the list's top left corner. Return true to skip the default handling.
     std::function<bool(std::int32_t x, std::int32_t y)> MouseDown;
-    // Called after a double click on a row or below the last row. On a check box each of the two clicks has
-    // toggled the tick before.
+    // Called after a double click on a row or below the last row, and when Return is pressed on the
+    // highlighted row. On a check box each of the two clicks has toggled the tick before.
     std::function<void()> DoubleClick;
 
     // Sets the columns. `headings` are separated by tabs and give the number of columns, at most MaxColumns.
@@ -44,6 +44,17 @@ class Listbox : public Control {
     }
     // The width of each column in pixels; 0 for one that shares the remaining space.
     const std::vector<std::int32_t>& ColumnWidths() const { return widths_; }
+
+    // How the texts of a column and its heading are aligned; by default to the left. REQUIRES: the column is
+    // below MaxColumns. Must be set before the window opens.
+    void SetColumnAlign(std::int32_t column, TextAlign align) {
+        aligns_.at(static_cast<std::size_t>(column)) = align;
+    }
+    TextAlign ColumnAlign(std::int32_t column) const { return aligns_.at(static_cast<std::size_t>(column)); }
+
+    // The text that stands in the list while it has no rows, for example how to fill it.
+    void SetEmptyText(std::string text) { Set(empty_text_, std::move(text)); }
+    const std::string& EmptyText() const { return empty_text_; }
 
     std::int32_t ListCount() const { return static_cast<std::int32_t>(rows_.Size()); }
     // Appends a row with this text in column 0.
@@ -77,7 +88,8 @@ class Listbox : public Control {
     // order. The sort is stable. Ticks, tags and the highlight move with their rows.
     void PressHeading(std::int32_t column);
 
-    // The user presses a mouse button or double-clicks: runs the slots above.
+    // The user presses a mouse button, or double-clicks: runs the slots above. Return counts as a double
+    // click.
     bool PressMouse(std::int32_t x, std::int32_t y) { return Fire(MouseDown, x, y); }
     void ClickTwice() { Fire(DoubleClick); }
 
@@ -114,6 +126,8 @@ class Listbox : public Control {
     std::vector<std::string> headings_;
     std::vector<std::string> accessible_headings_;
     std::vector<std::int32_t> widths_;
+    std::array<TextAlign, MaxColumns> aligns_{};
+    std::string empty_text_;
     SegmentedVector<Row> rows_;
     std::int32_t list_index_ = -1;
     std::int32_t heading_index_ = -1;

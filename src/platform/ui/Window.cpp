@@ -42,6 +42,10 @@ void Window::Refresh(bool /*erase_background*/) {
     MarkChanged();
 }
 
+void Window::SetPointer(PointerShape shape) {
+    if (view_) view_->SetPointer(shape);
+}
+
 void Window::SetLeft(std::int32_t left) {
     Set(left_, left);
 }

@@ -35,6 +35,10 @@ class Window : public RefCounted, public Observed {
     // Redraws the whole window with the next frame. The background is redrawn in any case.
     void Refresh(bool erase_background);
 
+    // The mouse pointer over the window while it is open. Takes effect at once, even if a handler keeps the
+    // event loop from running.
+    void SetPointer(PointerShape shape);
+
     // In UTF-8.
     void SetTitle(std::string title) { Set(title_, std::move(title)); }
     const std::string& Title() const { return title_; }
@@ -67,6 +71,8 @@ class Window : public RefCounted, public Observed {
         bool CloseButton = true;
         bool MaximizeButton = true;
         bool MinimizeButton = true;
+        // Closes the window when the user presses Escape.
+        bool EscapeCloses = false;
         // Fills the contents with white, whatever the desktop's colours. The texts on it are black.
         bool WhiteBackground = false;
     };
