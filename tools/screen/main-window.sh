@@ -40,6 +40,10 @@ click_locate() {
     wait_until dialog_is_open
 }
 
+click_filter() {
+    click "$main_window" -157 $((menu_bar_height + 17))
+}
+
 # Presses "Locate" and types a folder's name into the dialog; the caller accepts it. The name can't be a path:
 # the dialog tries to complete each part of a path, and on a busy machine its proposals come late.
 locate() {

@@ -97,11 +97,12 @@ type_text() {
     xdotool type --clearmodifiers --delay 5 -- "$1"
 }
 
-# Saves a screenshot of a window as PNG once the window has stopped changing.
+# Saves a screenshot of a window, or of the whole screen as "root", as PNG once it has stopped changing.
 take_picture() {
     wait_until picture_has_settled "$1"
-    # Without dates, so that equal pictures give equal files.
-    convert "$screen_folder/picture.miff" -strip -define png:exclude-chunks=date,time "$2"
+    # Without dates, so that equal pictures give equal files. A palette keeps the file small.
+    convert "$screen_folder/picture.miff" -strip +dither -colors 256 -depth 8 \
+        -define png:exclude-chunks=date,time "$2"
 }
 
 picture_has_settled() {
