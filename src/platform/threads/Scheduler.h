@@ -58,7 +58,7 @@ class Scheduler {
 
     std::vector<Thread*> threads_;  // the threads that have started and not ended; not owned
     Thread* running_ = nullptr;     // null while an event handler or the event loop runs
-    std::chrono::milliseconds slice_{5};
+    std::chrono::milliseconds slice_{2};
     std::chrono::nanoseconds slice_end_{0};
     std::function<void()> wake_up_;
 };

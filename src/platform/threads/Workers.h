@@ -108,7 +108,7 @@ Workers::Answer<std::invoke_result_t<Work&>> Workers::Do(Work work) {
 template <class Outcome>
 Outcome& Awaited(Workers& workers, const Workers::Answer<Outcome>& answer) {
     // Block for up to one slice, because the result is usually moments away.
-    constexpr std::chrono::milliseconds Slice{5};
+    constexpr std::chrono::milliseconds Slice{4};
     while (!answer.IsThere()) {
         workers.WaitBriefly(answer, Slice);
         if (answer.IsThere()) break;
