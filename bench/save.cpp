@@ -9,8 +9,8 @@
 #include "bench-window.h"
 #include "comparison.h"
 
-// Measures the save at the end of a scan, compared with bare inserts of the same rows: one prepared statement
-// and one transaction, which replaces the existing rows.
+// Measures the save at the end of a scan, compared with the same statements without the program: one prepared
+// insert, in one transaction, after the delete of the existing rows.
 //   save ROWS RUNS
 namespace {
 
@@ -33,7 +33,7 @@ void SaveBare(const std::string& path, const std::vector<BareRow>& rows) {
     const auto run = [&](const char* statement) {
         sqlite3_exec(handle, statement, nullptr, nullptr, nullptr);
     };
-    run("delete from preferences");
+    run("delete from preferences where rowid>0");
     run("begin transaction");
     sqlite3_prepare_v2(handle,
                        "insert into preferences (name, pagecount, filepath, filetype) values (?, ?, ?, ?)",
