@@ -103,7 +103,7 @@ void ListboxWidget::Highlight(int row) {
 }
 
 // These two skip QTableView's: it would name cells to the accessibility bus by numbers that count the hidden
-// row headers.
+// row headers. NOLINTBEGIN(bugprone-parent-virtual-call)
 void ListboxWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QAbstractItemView::currentChanged(current, previous);
     if (AccessibleListbox* accessible = AccessibleListbox::Of(*this))
@@ -113,6 +113,7 @@ void ListboxWidget::currentChanged(const QModelIndex& current, const QModelIndex
 void ListboxWidget::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QAbstractItemView::selectionChanged(selected, deselected);
 }
+// NOLINTEND(bugprone-parent-virtual-call)
 
 // When the focus comes, Qt makes the first row the current one. Here no row is highlighted until the user
 // highlights one.

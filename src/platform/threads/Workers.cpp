@@ -34,7 +34,7 @@ struct Workers::State : std::enable_shared_from_this<State> {
     // The number of threads that suits the jobs. The square, because some jobs wait even if the disk is
     // quick: for each other's locks. REQUIRES, here and below: the caller holds the mutex.
     std::size_t AtOnce() const {
-        return least + static_cast<std::size_t>(waiting * waiting * static_cast<double>(most - least) + 0.5);
+        return least + static_cast<std::size_t>(waiting * waiting * static_cast<double>(most - least));
     }
 
     void StartThreads() try {
