@@ -41,16 +41,18 @@ class TestDesktop : public Desktop {
     Size ScreenSize(int) const override { return screen; }
     std::optional<std::string> ChooseFolder() override {
         ++dialogs;
-        const auto answer = choose;  // a copy, as it may set another answer for a nested dialog
+        const auto answer = choose;  // a copy, here and below, as it may set another for a nested dialog
         return answer ? answer() : std::nullopt;
     }
     std::optional<std::string> ChooseFileToWrite(const std::string& filter,
                                                  const std::string& name) override {
         ++dialogs;
-        return choose_file ? choose_file(filter, name) : std::nullopt;
+        const auto answer = choose_file;
+        return answer ? answer(filter, name) : std::nullopt;
     }
     std::optional<std::size_t> ChooseFromMenu(const std::vector<std::string>& entries) override {
-        return choose_entry ? choose_entry(entries) : std::nullopt;
+        const auto answer = choose_entry;
+        return answer ? answer(entries) : std::nullopt;
     }
     bool IsContextualPress() const override { return right_button; }
     void OpenDocument(const std::string& path, bool /*to_front*/) override {
