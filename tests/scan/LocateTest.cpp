@@ -34,6 +34,8 @@ struct LocateTest : ProgramTest {
         });
         ScanUntil("mixed", subfolders, [] { return Main().Title().ends_with(" - Finished"); });
         look();
+        // On a busy machine the rows are in the file before the scan hears of it.
+        std::erase(moments, "Processing Item: tiff|mixed||All,tif,tiff|4|0");
         return moments;
     }
     void ScanUntil(const std::string& folder, bool subfolders, const std::function<bool()>& condition) {
