@@ -79,6 +79,8 @@ class HTTPTest : public testing::Test {
         beside_ = {};
         beside_ = std::async(std::launch::async, work);
     }
+    // Waits for the end of that work, which may use what is going to be destroyed.
+    void EndBeside() { beside_ = {}; }
     void ServeBeside(const std::string& method, const std::string& answer) {
         Beside([this, method, answer] {
             EXPECT_EQ(server.TakeRequest().substr(0, method.size()), method);

@@ -131,6 +131,7 @@ TEST_F(HTTPTest, WaitsWithoutHasteAndLetsAScanGoOn) {
     client->Get(silent.At("/"), 1);
     EXPECT_EQ(events, Lines{"Connected"});
     EXPECT_LT(desktop.turns, 2'000) << "the wait doesn't spin";
+    EndBeside();
 }
 
 TEST_F(HTTPTest, TakesALargePageIntoAFileAndIntoAString) {
@@ -157,6 +158,7 @@ TEST_F(HTTPTest, TakesALargePageIntoAFileAndIntoAString) {
 
     Beside(serve);
     EXPECT_TRUE(client->Get(server.At("/"), 60) == page);
+    EndBeside();
 }
 
 TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
@@ -168,6 +170,7 @@ TEST_F(HTTPTest, FindsTheEndOfALongHeadThatComesByteByByte) {
         TakeRequest();
         Beside([&] { server.Send(head); });
         ServeUntil([&] { return client->Lookahead().size() == head.size(); });
+        EndBeside();
         const std::clock_t before = std::clock();
         for (int i = 0; i < 1'000; ++i) Answer("x");
         const std::clock_t cost = std::clock() - before;
