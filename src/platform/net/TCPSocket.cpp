@@ -63,6 +63,7 @@ void TCPSocket::Serve() {
         case State::Closed:
             return;
         case State::Resolving:
+            if (!lookup_->Done()) return;
             addresses_.assign(lookup_->Addresses().rbegin(), lookup_->Addresses().rend());
             if (addresses_.empty())
                 Fail(NameNotFound);
