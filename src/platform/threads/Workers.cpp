@@ -1,12 +1,11 @@
 #include "platform/threads/Workers.h"
 
-#include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <system_error>
 #include <thread>
-#include <vector>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -24,6 +23,9 @@ long Waits() {
     getrusage(RUSAGE_THREAD, &usage);
     return usage.ru_nvcsw;
 }
+
+// The number of jobs that run now, of all Workers. Whoever sees it fall also sees what the jobs have done.
+std::atomic<std::size_t> at_work = 0;
 
 }  // namespace
 
@@ -61,19 +63,30 @@ struct Workers::State : std::enable_shared_from_this<State> {
     }
 
     void DoNext(std::unique_lock<std::mutex>& lock) {
-        const std::shared_ptr<Job> job = std::move(jobs.front());
+        std::shared_ptr<Job> job = std::move(jobs.front());
         jobs.pop_front();
-        if (job->dropped) return;
         ++busy;
+        ++at_work;
         lock.unlock();
-        const long waits = Waits();
-        job->Run();
-        const bool waited = Waits() != waits;
-        job->done.store(true, std::memory_order_release);
+        const Job* const done = job->dropped ? nullptr : job.get();
+        const bool waited = done && HasWaited(*job);
+        // If nobody wants the outcome any more, the job is destroyed here. To close a file may take long.
+        job = nullptr;
+        --at_work;
         lock.lock();
         --busy;
+        if (!done) return;
         Remember(waited);
-        if (awaited == job.get()) answered.notify_one();
+        if (awaited == done) answered.notify_one();
+    }
+
+    // Runs the job and returns whether it had to wait.
+    static bool HasWaited(Job& job) {
+        const long waits = Waits();
+        job.Run();
+        const bool waited = Waits() != waits;
+        job.done.store(true, std::memory_order_release);
+        return waited;
     }
 
     // Updates the moving average. The first job sets it, so that a slow share has many threads at once.
@@ -100,19 +113,7 @@ struct Workers::State : std::enable_shared_from_this<State> {
     bool ended = false;
 };
 
-namespace {
-
-// The states of all Workers of the program, including those whose Workers are gone but whose threads run.
-std::mutex all_mutex;
-std::vector<std::weak_ptr<Workers::State>> all;
-
-}  // namespace
-
-Workers::Workers(std::size_t least, std::size_t most) : state_(std::make_shared<State>(least, most)) {
-    const std::lock_guard lock(all_mutex);
-    std::erase_if(all, [](const auto& state) { return state.expired(); });
-    all.push_back(state_);
-}
+Workers::Workers(std::size_t least, std::size_t most) : state_(std::make_shared<State>(least, most)) {}
 
 Workers::~Workers() {
     const std::lock_guard lock(state_->mutex);
@@ -143,13 +144,7 @@ std::size_t Workers::AtOnce() const {
 }
 
 bool Workers::AnyAtWork() {
-    const std::lock_guard lock(all_mutex);
-    return std::any_of(all.begin(), all.end(), [](const auto& each) {
-        const auto state = each.lock();
-        if (!state) return false;
-        const std::lock_guard state_lock(state->mutex);
-        return state->busy > 0;
-    });
+    return at_work > 0;
 }
 
 }  // namespace varnith
