@@ -10,6 +10,7 @@
 #include "platform/base/Trace.h"
 #include "platform/threads/Scheduler.h"
 #include "platform/threads/Waiting.h"
+#include "platform/threads/Workers.h"
 
 namespace varnith {
 
@@ -24,6 +25,13 @@ std::string Quoted(const std::string& name) {
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
     return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+}
+
+// Runs the statements of all connections, one after the other: if that of a killed Thread could be overtaken,
+// its late delete would remove the rows of the next save.
+Workers& Worker() {
+    static Workers worker(1, 1);
+    return worker;
 }
 
 // Repeats an attempt while another connection has the file locked, for 2 s at most. SQLite's own busy handler
@@ -143,7 +151,12 @@ int Database::Execute(const std::string& statement) {
         return sqlite3_exec(connection->handle.get(), statement.c_str(), nullptr, nullptr, nullptr);
     };
     if (!Scheduler::Current().IsInThread()) return execute();
-    return Awaited(worker_, worker_.Do(execute));
+    // At the end of the scope, also if the Thread is killed, a statement that has not begun is dropped.
+    struct Waiting {
+        ~Waiting() { answer.Drop(); }
+        const Workers::Answer<int> answer;
+    } waiting{Worker().Do(execute)};
+    return Awaited(Worker(), waiting.answer);
 }
 
 Ref<RecordSet> Database::SQLSelect(const std::string& statement) {

@@ -10,7 +10,6 @@
 #include "platform/base/Ref.h"
 #include "platform/database/RecordSet.h"
 #include "platform/files/FolderItem.h"
-#include "platform/threads/Workers.h"
 
 struct sqlite3;
 
@@ -61,7 +60,8 @@ class Database {
     // Runs one statement. Outside of a transaction it is committed at once. If it has waited for the lock in
     // vain, it and all further changes up to the next Commit have no effect.
     // In a Thread it is a yield point: while the statement runs, the program goes on. If the Thread is killed
-    // meanwhile, the statement still comes to its end, and the file is closed after it.
+    // meanwhile, a statement that has begun still comes to its end, and the file is closed after it. The
+    // statements of other Threads begin after that.
     void SQLExecute(const std::string& statement);
 
     // Runs a select and returns all its rows. Nil if it fails or if there is no connection.
@@ -93,7 +93,6 @@ class Database {
 
     Ref<FolderItem> file_;
     std::shared_ptr<Connection> connection_;  // null if there is none
-    Workers worker_{1, 1};
     std::string insert_table_;
     std::vector<std::string> insert_columns_;
     std::uint32_t seen_version_ = 0;
