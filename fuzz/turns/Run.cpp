@@ -28,7 +28,7 @@ Run::Run(std::uint32_t seed) : random_(seed), slowness_(seed), makers_(seed) {
     for (const char* name : {"a", "b", "c"})
         trees_.emplace_back(documents / name, RandomTree(random_, documents / name));
     disk.fails = [this](const std::string& path) {
-        slowness_.Delay();
+        slowness_.Delay(30, std::chrono::milliseconds(20));
         return path.ends_with("unreadable");
     };
 }

@@ -67,7 +67,7 @@ class Run : public ProgramTest {
     Random random_;
     Slowness slowness_;
     Makers makers_;
-    SavedTable table_{application / "varnth", [this] { slowness_.Delay(); }};
+    SavedTable table_{application / "varnth", [this] { slowness_.Delay(4, std::chrono::milliseconds(100)); }};
     ShownRows rows_{table_};
     std::vector<std::pair<std::string, RandomTree>> trees_;
     Ref<MainWindow> window_;

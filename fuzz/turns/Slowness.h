@@ -15,13 +15,13 @@ class Slowness {
   public:
     explicit Slowness(std::uint32_t seed) : random_(seed), most_(random_.Below(3) * random_.Below(300)) {}
 
-    // Called by the threads that are to be delayed, and without effect by the one that runs the program.
-    void Delay() {
+    // Called by the threads that are to be delayed, and without effect by the one that runs the program. In
+    // one of `seldom` calls it waits for turns, as long as `most` if they don't come.
+    void Delay(int seldom, std::chrono::milliseconds most) {
         if (std::this_thread::get_id() == program_ || most_ == 0) return;
-        const auto [time, turns] = Next();
+        const auto [time, turns] = Next(seldom);
         std::this_thread::sleep_for(time);
-        // The turns may come to an end meanwhile.
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
+        const auto limit = std::chrono::steady_clock::now() + most;
         const long until = turns_ + turns;
         while (turns_ < until && std::chrono::steady_clock::now() < limit) std::this_thread::yield();
     }
@@ -30,10 +30,10 @@ class Slowness {
     void CountTurn() { ++turns_; }
 
   private:
-    // A time and a number of turns. Of the turns there are seldom any, and then few or many.
-    std::pair<std::chrono::microseconds, int> Next() {
+    // A time and a number of turns, which are few or many.
+    std::pair<std::chrono::microseconds, int> Next(int seldom) {
         const std::lock_guard lock(mutex_);
-        const int most_turns = random_.OneIn(30) ? random_.Of({3, 3, 300}) : 0;
+        const int most_turns = random_.OneIn(seldom) ? random_.Of({3, 3, 1000}) : 0;
         return {std::chrono::microseconds(random_.OneIn(3) ? random_.Below(most_) : 0),
                 random_.Below(most_turns + 1)};
     }
