@@ -74,6 +74,7 @@ class ShownRows : public WatchedList {
     Row RowAt(std::size_t row) const;
     Rows SavedOf(const std::string& type) const;
     void SeeCleared();
+    void SeeOvertaken();
     void SeeFinished();
 
     SavedTable& table_;
