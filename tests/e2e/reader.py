@@ -32,12 +32,16 @@ def has(part, state):
     return part.getState().contains(getattr(pyatspi, 'STATE_' + state))
 
 
+def role(part):
+    return part.getRoleName().replace('push button', 'button')  # its name before AT-SPI 2.56
+
+
 def said(part):
     """The label that names a part, its own name, its role, its description and its state."""
     labels = [relation.getTarget(0).name for relation in part.getRelationSet()
               if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY]
     words = [*labels, part.name] if part.name not in labels else labels
-    words = [*words, part.getRoleName(), part.description if part.description != part.name else '']
+    words = [*words, role(part), part.description if part.description != part.name else '']
     words += ['checked' if has(part, 'CHECKED') else '', '' if has(part, 'ENABLED') else 'disabled']
     return re.sub(r'Version: [0-9.]+', 'Version: V', ' '.join(filter(None, words)))
 
@@ -51,9 +55,9 @@ def parts(root):
             yield from parts(child)
 
 
-def part(root, role, name):
-    found = pyatspi.findDescendant(root, lambda p: p.getRoleName() == role and p.name == name)
-    return found or sys.exit(f'{root.name} has no {role} {name}')
+def part(root, wanted, name):
+    found = pyatspi.findDescendant(root, lambda p: role(p) == wanted and p.name == name)
+    return found or sys.exit(f'{root.name} has no {wanted} {name}')
 
 
 def do(action, *place):
@@ -98,16 +102,16 @@ program = until(lambda: next((p for p in pyatspi.Registry.getDesktop(0) if p and
 main = window(
     'Varnith - ', 'Files table Press "Locate" and choose a folder.', 'Ticked table column header', 'Name table column header',
     'Count table column header', 'Path table column header', 'Type table column header', 'Address: label',
-    'Address: text', 'Locate push button', 'label', 'Include Subfolders check box', 'Filter: combo box',
+    'Address: text', 'Locate button', 'label', 'Include Subfolders check box', 'Filter: combo box',
     'Filter: label', 'File menu item', 'Help menu item')
 
 subfolders = part(main, 'check box', 'Include Subfolders')
 do('Toggle', subfolders)
 until(lambda: has(subfolders, 'CHECKED'), 'the check box')
-do('Press', main, 'push button', 'Locate')
+do('Press', main, 'button', 'Locate')
 dialog = window('Find Directory')
 fill_in(dialog, 'Directory:', 'sample')
-do('Press', dialog, 'push button', 'Choose')
+do('Press', dialog, 'button', 'Choose')
 until(lambda: main.name.endswith(' - Finished') and has(main, 'ACTIVE'), 'the end of the scan')
 
 # By keys, a row is read as it is reached, and so is its tick. By the bus, a tick leaves the highlight alone.
@@ -134,16 +138,16 @@ expect_heard('cover.TIF table cell')
 
 do('Press', main, 'menu item', 'Export')
 exporter = window('Export', 'Type: label', 'Select Type combo box Type:', 'Separator: label', 'Separator: text',
-                  'Save push button')
+                  'Save button')
 press('Tab')
 expect_heard('Select Type combo box Type:')
 press('t', 'e')
 until(lambda: 'Text Document combo box Type:' in map(said, parts(exporter)), 'the kind of export')
 fill_in(exporter, 'Separator:', ' / ')
-do('Press', exporter, 'push button', 'Save')
+do('Press', exporter, 'button', 'Save')
 dialog = window('Save As')
 fill_in(dialog, 'File name:', 'list')
-do('Press', dialog, 'push button', 'Save')
+do('Press', dialog, 'button', 'Save')
 window('Varnith - ')
 with open(f'{home}/list.txt', encoding='utf-8') as exported:
     rows = [row.split(' / ') for row in exported]
@@ -152,15 +156,15 @@ assert not {row[0] for row in rows} & {'lease, annex.tiff', 'Müller & Söhne.ti
 
 do('Press', main, 'menu item', 'Support')
 form = window('Support Feedback', 'Email: label', 'Email: text', 'Name: label', 'Name: text', 'Type: label',
-              'N/A combo box Type:', 'Details: label', 'Details: text', 'Close push button', 'Send push button disabled')
+              'N/A combo box Type:', 'Details: label', 'Details: text', 'Close button', 'Send button disabled')
 for name in 'Email:', 'Name:', 'Details:':
     fill_in(form, name, 'nobody')
-send = part(form, 'push button', 'Send')
+send = part(form, 'button', 'Send')
 until(lambda: has(send, 'ENABLED'), 'Send')
 do('Press', send)
-message = window('Varnith', 'image', 'nobody not valid email label', 'OK push button')
-do('Press', message, 'push button', 'OK')
-do('Press', window('Support Feedback'), 'push button', 'Close')
+message = window('Varnith', 'image', 'nobody not valid email label', 'OK button')
+do('Press', message, 'button', 'OK')
+do('Press', window('Support Feedback'), 'button', 'Close')
 window('Varnith - ')
 
 do('Press', main, 'menu item', 'About')
