@@ -2,6 +2,7 @@
 
 #include "platform/base/Text.h"
 #include "platform/base/Trace.h"
+#include "platform/files/FileSystem.h"
 #include "platform/files/SpecialFolders.h"
 #include "platform/ui/Dialogs.h"
 #include "update/UpdateUtilities.h"
@@ -72,6 +73,7 @@ void AutoUpdateWindow::ActionBtn_Action() {
     const auto file = folder ? folder->Child(name) : nullptr;
     if (file) {
         is_whole_ = false;
+        received_ = 0;
         Downloader->Get(downloadURL, file);
         return;
     }
@@ -82,6 +84,7 @@ void AutoUpdateWindow::ActionBtn_Action() {
 
 void AutoUpdateWindow::Downloader_ReceiveProgress(std::int32_t received, std::int32_t total,
                                                   const std::string& /*data*/) {
+    received_ = received;
     is_whole_ = received >= total;
     // The bar stays empty if the server announces no length.
     ProgressBar1.SetValue(total == 0 ? 0 : WholeNumber(static_cast<double>(received) / total * 100));
@@ -95,8 +98,17 @@ void AutoUpdateWindow::Downloader_DownloadComplete(const std::string& /*url*/, s
         TraceFailure("download the update", downloadURL, "the connection ended too early");
         return;
     }
+    if (!IsOnDisk(*file)) return ReportFailure();
     // The status is ignored: what matters is whether the file contains something to install.
     if (!UpdateUtilities::SwapFiles(file)) ReportFailure();
+}
+
+// The stream passes over its errors, such as a full disk.
+bool AutoUpdateWindow::IsOnDisk(const FolderItem& file) const {
+    const auto status = FileSystem::Current().Status(file.AbsolutePath());
+    const bool is_on_disk = status && status->size >= received_;
+    if (!is_on_disk) TraceFailure("download the update", downloadURL, "not all of it is on disk");
+    return is_on_disk;
 }
 
 void AutoUpdateWindow::ReportFailure() {

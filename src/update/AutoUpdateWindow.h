@@ -15,7 +15,8 @@ namespace varnith {
 
 // The window that offers a newer version. Its one button downloads and installs the version; pressed during a
 // download, it starts the download again. A download that breaks off is not installed, and the progress bar
-// just stops. The user can't close the window, only update or quit the program.
+// just stops; one that the disk has no room for isn't installed either, and a message says so. The user can't
+// close the window, only update or quit the program.
 class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
   public:
     AutoUpdateWindow();
@@ -40,11 +41,14 @@ class AutoUpdateWindow : public SingleWindow<AutoUpdateWindow> {
     void Layout();
     void CreateControls();
     void CreateDownloader();
+    // Whether the file holds all that has arrived.
+    bool IsOnDisk(const FolderItem& file) const;
     static void ReportFailure();
 
     // Whether as many bytes have arrived as the server announced. True from the first piece on if it
     // announced no length.
     bool is_whole_ = false;
+    std::int32_t received_ = 0;  // in bytes
 };
 
 }  // namespace varnith

@@ -165,7 +165,16 @@ TEST_F(InstallTest, ABrokenDownloadIsStartedAgainAndNotInstalled) {
     EXPECT_EQ(Left(), "Varnith.app=new | o-Varnith.app=old | started");
 }
 
-TEST_F(InstallTest, AFullDiskCutsTheNewProgramShort) {
+TEST_F(InstallTest, AFullDiskKeepsADownloadFromBeingInstalledAndCutsTheNewProgramShort) {
+    Serve({Newer("a.tar.gz"), Page(Archive("head -c 100000 /dev/urandom >New.app/last; " + Pack))});
+    Start([&] {
+        ServeUntil([] { return static_cast<bool>(Offer()); });
+        Run("prlimit --pid $PPID --fsize=90000:");
+        Offer()->ActionBtn.Press();
+        ServeUntil([&] { return desktop.quit_status || !desktop.messages.empty(); });
+        ExpectFailure();
+    });
+    EXPECT_EQ(Left(), "Varnith.app=old | a.tar.gz");
     Update(
         "head -c 3000000 /dev/zero >New.app/last; prlimit --pid $PPID --fsize=1000000:;"
         "tar -czf archive New.app/Contents New.app");
