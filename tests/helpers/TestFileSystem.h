@@ -48,10 +48,8 @@ class TestFileSystem : public FileSystem {
         return Opened(folder.PathOf(name),
                       [&](const std::string&) { return FileSystem::OpenForReading(folder, name); });
     }
-    using FileSystem::Entries;
-    std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const override {
-        if (fails && fails(folder.Path())) return {};
-        return FileSystem::Entries(folder);
+    bool List(const OpenFolder& folder, std::vector<DirectoryEntry>& entries) const override {
+        return !(fails && fails(folder.Path())) && FileSystem::List(folder, entries);
     }
     std::string ExecutablePath() const override { return executable; }
 

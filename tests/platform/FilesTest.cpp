@@ -11,7 +11,8 @@ namespace varnith::test {
 
 namespace fs = std::filesystem;
 
-// A disk on which one of the modifying calls fails, and on which every file can belong to another user.
+// A disk on which one of the modifying calls or a listing fails, and on which every file can belong to
+// another user.
 class FailingDisk : public TestFileSystem {
   public:
     mutable int calls_to_failure = 0;
@@ -25,6 +26,9 @@ class FailingDisk : public TestFileSystem {
 
     bool Write(const FileDescriptor& file, std::string_view bytes) const override {
         return Ok() && FileSystem::Write(file, bytes);
+    }
+    bool List(const OpenFolder& listed, std::vector<DirectoryEntry>& entries) const override {
+        return Ok() && FileSystem::List(listed, entries);
     }
     bool Sync(const FileDescriptor& file) const override { return Ok() && FileSystem::Sync(file); }
     FileDescriptor MakeFile(const std::string& path, std::uint32_t mode) const override {

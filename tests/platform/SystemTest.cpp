@@ -136,10 +136,9 @@ TEST(OpenTest, StartsWithTheSignalsOfAShellAndSaysOneLineAtMost) {
 }
 
 struct SystemInformationTest : testing::Test, TestFileSystem {
-    using FileSystem::Entries;
-    std::vector<DirectoryEntry> Entries(const OpenFolder& listed) const override {
-        return listed.Path() == memory ? FileSystem::Entries(OpenFolder(folder.Path()))
-                                       : FileSystem::Entries(listed);
+    bool List(const OpenFolder& listed, std::vector<DirectoryEntry>& entries) const override {
+        return listed.Path() == memory ? FileSystem::List(OpenFolder(folder.Path()), entries)
+                                       : FileSystem::List(listed, entries);
     }
     void Put(const std::string& path, const std::string& bytes) {
         elsewhere[path] = folder.File(ReplaceAll(path, "/", "-"), bytes);

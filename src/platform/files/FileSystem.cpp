@@ -203,8 +203,7 @@ std::string FileSystem::LinkTarget(const std::string& path) const {
 }
 
 // Uses the system call directly, because fdopendir(3) would take over the descriptor that the folder owns.
-std::vector<DirectoryEntry> FileSystem::Entries(const OpenFolder& folder) const {
-    std::vector<DirectoryEntry> entries;
+bool FileSystem::List(const OpenFolder& folder, std::vector<DirectoryEntry>& entries) const {
     alignas(dirent64) std::array<char, 32 << 10> piece;
     const auto opened = folder.Descriptor();
     const int descriptor = opened->Descriptor();
@@ -212,9 +211,15 @@ std::vector<DirectoryEntry> FileSystem::Entries(const OpenFolder& folder) const 
     for (;;) {
         const ssize_t size = getdents64(descriptor, piece.data(), piece.size());
         if (size < 0 && *opened && IsTracing()) TraceErrno("list", folder.Path());
-        if (size <= 0) return entries;
+        if (size <= 0) return size == 0;
         AppendEntries(descriptor, piece.data(), static_cast<std::size_t>(size), entries);
     }
+}
+
+std::vector<DirectoryEntry> FileSystem::Entries(const OpenFolder& folder) const {
+    std::vector<DirectoryEntry> entries;
+    List(folder, entries);
+    return entries;
 }
 
 std::vector<DirectoryEntry> FileSystem::Entries(const std::string& path) const {

@@ -63,9 +63,12 @@ class FileSystem {
     // The target of a symbolic link, as it is stored, absolute or relative; empty if the path is no link.
     virtual std::string LinkTarget(const std::string& path) const;
 
-    // The entries of a folder in no particular order, without "." and "..". Empty if the folder can't be
-    // read; after a failure half-way, the entries read by then.
-    virtual std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const;
+    // Appends the entries of a folder in no particular order, without "." and "..". False if it can't be
+    // read; after a failure half-way, the entries read by then are appended.
+    virtual bool List(const OpenFolder& folder, std::vector<DirectoryEntry>& entries) const;
+
+    // The same entries, for callers that take a folder which can't be read for an empty one.
+    std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const;
     std::vector<DirectoryEntry> Entries(const std::string& path) const;
 
     // The whole content of a small regular file; empty if it can't be read.

@@ -5,6 +5,7 @@
 
 #include "platform/base/Trace.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/OpenFolder.h"
 
 namespace varnith {
 
@@ -31,11 +32,12 @@ bool CopyBytes(const std::string& from, const std::string& to) {
 
 bool Copy(const std::string& from, const std::string& to);
 
-// Opens the folder only to check that it can be read: Entries would show an unreadable folder as empty.
 bool CopyEntries(const std::string& from, const std::string& to) {
     const FileSystem& disk = FileSystem::Current();
-    if (!disk.OpenForReading(from) || !disk.MakeFolder(to)) return false;
-    for (const DirectoryEntry& entry : disk.Entries(from))
+    std::vector<DirectoryEntry> entries;
+    // The source is removed after the copy, so the list of what to copy must be complete.
+    if (!disk.List(OpenFolder(from), entries) || !disk.MakeFolder(to)) return false;
+    for (const DirectoryEntry& entry : entries)
         if (!Copy(from + "/" + entry.name, to + "/" + entry.name)) return false;
     return true;
 }
