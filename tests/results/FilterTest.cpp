@@ -166,7 +166,7 @@ TEST_F(FilterTest, WaitsForWhoHasTheFileForAMoment) {
     });
 }
 
-TEST_F(FilterTest, GivesUpToWhoHasTheFileForLong) {
+TEST_F(FilterTest, GivesUpToWhoHasTheFileForLongAndOnAFullDisk) {
     documents.File("a.tif");
     Start([&] {
         Database other;
@@ -186,6 +186,13 @@ TEST_F(FilterTest, GivesUpToWhoHasTheFileForLong) {
             other.SQLExecute(statement);
         other.Commit();
         EXPECT_EQ(SavedRows(), saved);
+        // A failure that makes SQLite roll back, as a full disk does, ends the save.
+        for (const char* file : {"b.tif", "c.tif"}) documents.File(file);
+        other.SQLExecute(
+            "create trigger full before insert on preferences when new.name='b.tif' "
+            "begin select raise(rollback, 'disk full'); end");
+        Scan(documents.Path(), true);
+        EXPECT_EQ(SavedRows(), Lines());
         EXPECT_TRUE(desktop.messages.empty());
     });
 }

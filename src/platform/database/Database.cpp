@@ -124,7 +124,12 @@ template <class Statement>
 void Database::Write(std::string_view tried, std::string_view on, const Statement& statement) {
     if (!connection_ || is_lost_) return;
     const bool has_begun = IsInTransaction();
-    is_lost_ = Patiently(Handle(), tried, on, statement) == SQLITE_BUSY;
+    const int result = Patiently(Handle(), tried, on, statement);
+    // After some errors, such as a full disk, SQLite has rolled the transaction back. What follows would be
+    // committed row by row.
+    const bool is_rolled_back =
+        has_begun && !IsInTransaction() && result != SQLITE_OK && result != SQLITE_DONE;
+    is_lost_ = result == SQLITE_BUSY || is_rolled_back;
     if (!has_begun) seen_version_ = Version();
     const bool held_lock = std::exchange(holds_lock_, IsInTransaction() && has_begun);
     // The lock that the first change in a transaction takes keeps others from committing until its end.

@@ -35,9 +35,10 @@ class DatabaseRecord {
 // rolls back an open transaction. A statement that fails has no effect and is not reported.
 //
 // A statement that finds the file locked waits for up to 2 s, while the program's threads run. A transaction
-// is lost, and nothing of it is written, if one of its statements has waited in vain or if another handle has
-// changed the file since this handle read it before the transaction. So if two programs clear a table and
-// then fill it in a transaction, their rows don't mix.
+// is lost, and nothing of it is written, if one of its statements has waited in vain, if SQLite rolls it back
+// (https://sqlite.org/lang_transaction.html, section 3), or if another handle has changed the file since this
+// handle read it before the transaction. So if two programs clear a table and then fill it in a transaction,
+// their rows don't mix.
 //
 // Text in double quotes that is no column's name is a text value, whatever SQLite was built with
 // (https://sqlite.org/quirks.html, section 8).
