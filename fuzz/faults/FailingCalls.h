@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+namespace varnith::test {
+
+// The kinds of calls that can be made to fail. Each covers the functions of the C library that do this work.
+enum class Call {
+    Open,
+    Read,
+    List,
+    Stat,
+    Write,
+    Rename,
+    Sync,
+    Remove,
+    Make,
+    Mode,
+    Truncate,
+    Lock,
+    Map,
+    Socket,
+    Connect,
+    Send,
+    Receive,
+    Event,
+    LookUp,
+    Thread,
+    Spawn,
+    Pipe,
+    Memory,
+};
+
+struct Fault {
+    Call call;
+    int error;    // an errno; for Call::LookUp a code of getaddrinfo(3)
+    long number;  // the call that fails, from 1
+    bool lasts;   // whether all later ones fail, too
+};
+
+// Makes the calls of this process fail, those of its libraries included, from now on until EndFault. This
+// works because a program's own functions come before those of shared libraries. Of allocations, only those
+// of more than a page fail.
+void BeginFault(const Fault& fault);
+
+// Returns the name of the function that has failed last; empty if none has.
+std::string EndFault();
+
+// Exempts this thread's calls for the lifetime of the object.
+class Unfailing {
+  public:
+    Unfailing();
+    Unfailing(const Unfailing&) = delete;
+    Unfailing& operator=(const Unfailing&) = delete;
+    ~Unfailing();
+};
+
+}  // namespace varnith::test
