@@ -12,19 +12,19 @@ from gi.repository import GLib
 home = sys.argv[1]
 PATIENCE = 120  # seconds; generous, because everything is slow on a busy machine
 heard = []  # what got the focus, or was ticked or unticked, since the last expect_heard
+GLib.timeout_add(10, lambda: True)  # so that a wait for an event ends, and the condition is looked at again
 
 
 def until(condition, what):
     """Waits until the condition gives a true value, and returns that."""
     end = time.monotonic() + PATIENCE
     while time.monotonic() < end:
-        GLib.MainContext.default().iteration(False)
+        GLib.MainContext.default().iteration(True)
         try:
             if found := condition():
                 return found
         except GLib.Error:  # an object of a window that has closed
             pass
-        time.sleep(0.01)
     sys.exit(f'Waited {PATIENCE} seconds for nothing: {what}; heard {heard}')
 
 
