@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-#include <tiffio.h>
 #include <unistd.h>
 
+#include "helpers/CountByLibtiff.h"
 #include "helpers/TemporaryFolder.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/TiffPages.h"
@@ -18,20 +18,8 @@ namespace {
 
 // A file in memory with replaceable content.
 struct TiffPages : testing::Test {
-    TiffPages() {
-        TIFFSetErrorHandler(nullptr);
-        TIFFSetWarningHandler(nullptr);
-    }
     // Counts the pages of the bytes last given to CountOf.
-    std::optional<std::int32_t> CountByLibtiff() const {
-        lseek(file.Descriptor(), 0, SEEK_SET);
-        const int copy = dup(file.Descriptor());  // libtiff closes it
-        TIFF* const tiff = TIFFFdOpen(copy, "", "rhm");
-        if (!tiff) return close(copy), std::nullopt;
-        const auto count = static_cast<std::int32_t>(TIFFNumberOfDirectories(tiff));
-        TIFFClose(tiff);
-        return count;
-    }
+    std::optional<std::int32_t> CountByLibtiff() const { return test::CountByLibtiff(file); }
     std::optional<std::int32_t> CountOf(const std::string& bytes) const {
         EXPECT_EQ(ftruncate(file.Descriptor(), 0), 0);
         EXPECT_EQ(pwrite(file.Descriptor(), bytes.data(), bytes.size(), 0), std::ssize(bytes));
