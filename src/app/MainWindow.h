@@ -28,11 +28,12 @@ class MainWindow : public SingleWindow<MainWindow> {
   public:
     MainWindow();
 
+    // What the empty list says while no scan runs.
+    static constexpr const char* EmptyListText = "Press \"Locate\" and choose a folder.";
+
     // Nothing in the program uses previewon, word and folderdrill. They are part of the window's interface.
     bool previewon = false;
     std::vector<Ref<Item>> word;
-    // What the empty list says while no scan runs.
-    static constexpr const char* EmptyListText = "Press \"Locate\" and choose a folder.";
 
     // The type index: each file type in the list, with the rows that have it. Nil until the first scan has
     // ended.
