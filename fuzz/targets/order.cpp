@@ -1,28 +1,17 @@
 #include <cassert>
-#include <tuple>
-#include <vector>
+#include <regex>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "platform/base/Text.h"
 
-static std::string Key(const std::string& text) {
-    std::string key;
-    varnith::AppendNaturalKey(key, text);
-    return key;
-}
-
 // The parts by which the natural order compares texts: numbers and single characters, and last all bytes.
 static auto Parts(const std::string& text) {
-    constexpr auto Digits = "0123456789";
+    static const std::regex part("0*([0-9]+)|[^0-9]");
     std::vector<std::tuple<unsigned char, std::size_t, std::string>> parts;
-    for (std::size_t i = 0, end; i < text.size(); i = end) {
-        end = std::min(text.find_first_not_of(Digits, i), text.size());
-        const std::string digits = text.substr(i, end - i);
-        const std::string number = digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
-        const char lower = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] | 0x20) : text[i];
-        parts.emplace_back(digits.empty() ? lower : '0', number.size(), number);
-        if (digits.empty()) ++end;
+    for (std::sregex_iterator i(text.begin(), text.end(), part), end; i != end; ++i) {
+        const std::string number = i->str(1);
+        parts.emplace_back(number.empty() ? std::tolower(i->str()[0]) : '0', number.size(), number);
     }
     return std::pair(parts, text);
 }
@@ -33,6 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string a = input.ConsumeRandomLengthString();
     const std::string b = input.ConsumeRemainingBytesAsString();
     if (a.find('\0') != a.npos || b.find('\0') != b.npos) return -1;
-    assert((Key(a) <=> Key(b)) == (Parts(a) <=> Parts(b)));
+    std::string keys[2];
+    varnith::AppendNaturalKey(keys[0], a);
+    varnith::AppendNaturalKey(keys[1], b);
+    assert((keys[0] <=> keys[1]) == (Parts(a) <=> Parts(b)));
     return 0;
 }
