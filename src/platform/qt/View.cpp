@@ -1,7 +1,6 @@
 #include "platform/qt/View.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace varnith {
 
@@ -30,9 +29,12 @@ void FrameClock::Remove(View& view) {
 void FrameClock::Flush() {
     timer_.stop();
     since_last_frame_.start();
-    for (View* view : std::exchange(stale_, {})) {
-        view->stale_ = false;
-        view->Update();
+    // An update may destroy other views. It may also make views stale again; those wait for the next frame.
+    for (std::size_t count = stale_.size(); count > 0 && !stale_.empty(); --count) {
+        View& view = *stale_.front();
+        stale_.erase(stale_.begin());
+        view.stale_ = false;
+        view.Update();
     }
 }
 
