@@ -69,7 +69,7 @@ TEST_F(SoakTest, TakesNoMoreDescriptorsAndMemory) {
             Main().PopupMenu1.Pick("All");
             for (std::int32_t format = 1; format <= 3; ++format) Export(format);
             WaitForWorkers();
-            disk.opened = {};  // what the double keeps
+            disk.opened = desktop.opened = {};  // what the doubles keep
             if (scan != 1 && scan != 10 && scan % 50 != 0 && scan != scans) continue;
             const Use use = UseNow();
             std::printf("after scan %3d: %ld descriptors, %ld KB allocated, %ld KB resident\n", scan,
@@ -77,7 +77,7 @@ TEST_F(SoakTest, TakesNoMoreDescriptorsAndMemory) {
             if (scan == 10) tenth = use;
             if (scan <= 10) continue;
             EXPECT_LE(use.descriptors, tenth.descriptors);
-            EXPECT_LE(use.allocated, tenth.allocated * 11 / 10);
+            EXPECT_LE(use.allocated, tenth.allocated * 21 / 20);
         }
     });
 }
