@@ -91,6 +91,8 @@ TEST_F(CountsTest, AnyFileGetsItsRowAndItsCountAndNothingHangs) {
         for (const bool subfolders : {false, true}) {
             fs::remove_all(documents / "in");
             for (const char* lost : {"in/unreadable/a.tif", "in/vanishes/a.tif"}) documents.File(lost, three);
+            // A list of hidden names that would fill the memory.
+            fs::resize_file(documents.File("in/.hidden"), 1ULL << 40);
             Lines rows;
             for (const auto& [name, make] : entries) {
                 const fs::path path("in/" + name);

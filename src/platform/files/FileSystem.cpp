@@ -231,8 +231,11 @@ std::string FileSystem::Contents(const FileDescriptor& file) const {
     if (!status || status->kind != FileKind::Regular) return {};
     std::string contents;
     std::array<char, 4096> piece;
-    while (const std::size_t count = ReadAt(file, piece.data(), piece.size(), contents.size()))
+    while (contents.size() < MostContents) {
+        const std::size_t count = ReadAt(file, piece.data(), piece.size(), contents.size());
+        if (count == 0) break;
         contents.append(piece.data(), count);
+    }
     return contents;
 }
 

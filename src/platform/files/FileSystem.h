@@ -71,7 +71,9 @@ class FileSystem {
     std::vector<DirectoryEntry> Entries(const OpenFolder& folder) const;
     std::vector<DirectoryEntry> Entries(const std::string& path) const;
 
-    // The whole content of a small regular file; empty if it can't be read.
+    // The content of a small regular file, at most its first MostContents bytes; empty if it can't be read.
+    // The limit is there because a foreign folder may have a file of any size under the name that is read.
+    static constexpr std::size_t MostContents = 16 << 20;
     std::string Contents(const std::string& path) const { return Contents(OpenForReading(path)); }
     std::string Contents(const FileDescriptor& file) const;
 
