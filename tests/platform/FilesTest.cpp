@@ -1,7 +1,10 @@
 #include <filesystem>
 
+#include <errno.h>
 #include <limits.h>
+#include <linux/posix_acl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "helpers/ProgramTest.h"
@@ -186,6 +189,35 @@ TEST_F(FilesTest, AFileMadeAnewTakesItsPlaceAsAWholeOrNotAtAll) {
     wanted["closed/old"] = "666 " + text + "\n";
     EXPECT_TRUE(is_as_wanted()) << "a file that can't be replaced is written in place";
     fs::permissions(folder / "closed", fs::perms(0755));
+}
+
+// On a file system in memory, because others take short lists only.
+TEST_F(FilesTest, AFileMadeAnewGrantsNobodyMoreThanTheOldOneDid) {
+    if (!fs::exists("/dev/shm")) GTEST_SKIP();
+    const TemporaryFolder here("/dev/shm");
+    constexpr const char* Name = "system.posix_acl_access";
+    for (const std::uint32_t users : {1, 1000}) {
+        // The list (acl(5)) as the system stores it: a version, then tag, permissions and id of each entry.
+        // The group of the file may do nothing; the mask says that some others may read and write.
+        std::u16string list = {2, 0};
+        const auto add = [&](char16_t tag, char16_t may, std::uint32_t id = UINT32_MAX) {
+            for (const auto word : {std::uint32_t{tag}, std::uint32_t{may}, id & 0xFFFF, id >> 16})
+                list += static_cast<char16_t>(word);
+        };
+        add(ACL_USER_OBJ, 6);
+        for (std::uint32_t user = 1; user <= users; ++user) add(ACL_USER, 6, user);
+        add(ACL_GROUP_OBJ, 0), add(ACL_MASK, 6), add(ACL_OTHER, 0);
+        const std::string path = here.File(std::to_string(users), "before");
+        const std::size_t size = list.size() * sizeof list[0];
+        const bool is_set = setxattr(path.c_str(), Name, list.data(), size, 0) == 0;
+        if (!is_set && errno == EOPNOTSUPP) GTEST_SKIP() << "no access lists here";
+        ASSERT_TRUE(is_set);
+        Item(path)->CreateTextFile()->Close();
+        EXPECT_EQ(BytesOf(path), "");
+        std::u16string kept(list.size(), 0);
+        EXPECT_EQ(getxattr(path.c_str(), Name, kept.data(), size), static_cast<ssize_t>(size)) << users;
+        EXPECT_TRUE(kept == list) << users;
+    }
 }
 
 TEST_F(FilesTest, TheTemporaryFolderIsTheUsersAlone) {

@@ -93,7 +93,7 @@ std::optional<FileStatus> StatusAt(const std::string& path, int flags) {
 // may have inherited a list from its folder: it is removed if the model has none.
 void CopyAccessList(const FileDescriptor& from, const FileDescriptor& to) {
     constexpr const char* Name = "system.posix_acl_access";
-    std::array<char, 4096> list;
+    std::array<char, XATTR_SIZE_MAX> list;
     const ssize_t size = fgetxattr(from.Descriptor(), Name, list.data(), list.size());
     const int result = size > 0
                            ? fsetxattr(to.Descriptor(), Name, list.data(), static_cast<std::size_t>(size), 0)
