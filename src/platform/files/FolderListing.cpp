@@ -4,6 +4,7 @@
 #include <sstream>
 #include <unordered_set>
 
+#include "platform/base/SortKeys.h"
 #include "platform/base/Text.h"
 
 namespace varnith {
@@ -26,30 +27,10 @@ bool IsVisible(const std::string& name, const Names& hidden) {
     return !name.starts_with('.') && (hidden.empty() || !hidden.contains(name));
 }
 
-// The indices of the entries in natural order. All sort keys are in one string, which saves an allocation for
-// each entry.
 std::vector<std::size_t> NaturalOrder(const std::vector<DirectoryEntry>& entries) {
-    struct Key {
-        std::size_t start;
-        std::size_t length;
-        std::size_t place;
-    };
-    std::string block;
-    std::vector<Key> keys;
-    keys.reserve(entries.size());
-    for (const DirectoryEntry& entry : entries) {
-        const std::size_t start = block.size();
-        AppendNaturalKey(block, entry.name);
-        keys.push_back({start, block.size() - start, keys.size()});
-    }
-    const std::string_view all = block;
-    std::sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
-        return all.substr(a.start, a.length) < all.substr(b.start, b.length);
-    });
-    std::vector<std::size_t> order;
-    order.reserve(keys.size());
-    for (const Key& key : keys) order.push_back(key.place);
-    return order;
+    SortKeys keys(entries.size());
+    for (const DirectoryEntry& entry : entries) AppendNaturalKey(keys.Next(), entry.name);
+    return keys.Order();
 }
 
 }  // namespace

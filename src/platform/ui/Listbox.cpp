@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <string_view>
 #include <utility>
 
 #include "platform/base/Exceptions.h"
+#include "platform/base/SortKeys.h"
 #include "platform/base/Text.h"
 
 namespace varnith {
@@ -121,35 +121,15 @@ void Listbox::PressHeading(std::int32_t column) {
     MarkRowsChanged(0, LastIndex());
 }
 
-// The sort keys are computed once and stored one after the other, so that a comparison neither computes a key
-// nor follows pointers. bench/run rows compares the sort with the bare std::stable_sort.
 std::vector<std::size_t> Listbox::SortedOrder(std::size_t column) const {
-    struct Key {
-        std::size_t start;
-        std::size_t length;
-        std::size_t row;
-    };
-    std::string bytes;
-    std::vector<Key> keys;
-    keys.reserve(rows_.Size());
+    SortKeys keys(rows_.Size());
     for (std::size_t row = 0; row < rows_.Size(); ++row) {
-        const std::size_t start = bytes.size();
+        std::string& key = keys.Next();
         PackedText::Buffer buffer;
-        AppendNaturalKey(bytes, rows_[row].texts[column].View(buffer));
-        bytes += rows_[row].checks[column] ? '1' : '0';
-        keys.push_back({start, bytes.size() - start, row});
+        AppendNaturalKey(key, rows_[row].texts[column].View(buffer));
+        key += rows_[row].checks[column] ? '1' : '0';
     }
-
-    const std::string_view all = bytes;
-    std::stable_sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
-        const int order = all.substr(a.start, a.length).compare(all.substr(b.start, b.length));
-        return sorted_descending_ ? order > 0 : order < 0;
-    });
-
-    std::vector<std::size_t> order;
-    order.reserve(keys.size());
-    for (const Key& key : keys) order.push_back(key.row);
-    return order;
+    return keys.Order(sorted_descending_);
 }
 
 void Listbox::ToggleCheck(std::int32_t row) {
