@@ -53,11 +53,6 @@ int OpenWaiting(int folder, const char* path, int flags, va_list more) {
     return descriptor;
 }
 
-DIR* Listed(DIR* folder, bool slow) {
-    if (slow) Wait();
-    return folder;
-}
-
 }  // namespace
 
 extern "C" {
@@ -84,15 +79,18 @@ ssize_t pread(int file, void* bytes, std::size_t size, off_t offset) {
     return real(file, bytes, size, offset);
 }
 
-DIR* fdopendir(int folder) {
-    static auto* const real = Real<DIR*(int)>("fdopendir");
-    return Listed(real(folder), IsOnShare(folder));
+// A listing waits once, at its start, however many calls it takes.
+ssize_t getdents64(int folder, void* entries, std::size_t size) noexcept {
+    static auto* const real = Real<ssize_t(int, void*, std::size_t)>("getdents64");
+    if (IsOnShare(folder) && lseek(folder, 0, SEEK_CUR) == 0) Wait();
+    return real(folder, entries, size);
 }
 
+// For the open and for the listing, which readdir(3) gets within the C library.
 DIR* opendir(const char* path) {
     static auto* const real = Real<DIR*(const char*)>("opendir");
-    const bool slow = LeadsToShare(AT_FDCWD, path);
-    if (slow) Wait();
-    return Listed(real(path), slow);
+    if (LeadsToShare(AT_FDCWD, path))
+        for (int call = 0; call < 2; ++call) Wait();
+    return real(path);
 }
 }
