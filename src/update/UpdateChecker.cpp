@@ -13,6 +13,8 @@ namespace {
 // The days between two checks; with 0 the program checks at every start.
 constexpr std::int32_t CheckInterval = 0;
 
+constexpr std::size_t LongestAnswer = 1 << 20;
+
 // The parts overlap: 1.10.0 and 2.0.0 are the same number, 2000. Releases are numbered with that in mind. A
 // number that doesn't fit becomes the greatest one.
 std::int32_t VersionNumber(double major, double minor, double bug) {
@@ -34,9 +36,24 @@ std::int32_t RunningNumber() {
 UpdateChecker::UpdateChecker() {
     PageReceived = [this](const std::string& url, std::int32_t status, const Ref<InternetHeaders>& headers,
                           const std::string& content) { Event_PageReceived(url, status, headers, content); };
+    ReceiveProgress = [this](std::int32_t received, std::int32_t /*total*/, const std::string& /*piece*/) {
+        DropIfLonger(static_cast<std::size_t>(received));
+    };
     Error = [this](std::int32_t /*code*/) {
         TraceFailure("check for a newer version on", Address, "the update server can't be reached");
     };
+}
+
+// Of an answer whose head does not end, no progress is told.
+void UpdateChecker::Event_DataAvailable() {
+    HTTPSocket::Event_DataAvailable();
+    DropIfLonger(Lookahead().size());
+}
+
+void UpdateChecker::DropIfLonger(std::size_t bytes) {
+    if (bytes <= LongestAnswer || !IsConnected()) return;
+    TraceFailure("check for a newer version on", Address, "the answer is too long");
+    Close();
 }
 
 void UpdateChecker::CheckNow(const std::string& url) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -10,7 +11,8 @@
 namespace varnith {
 
 // Asks the update server for its data file and opens the update window if the file names a newer version. If
-// there is no answer, or no version in it, the user sees nothing.
+// there is no answer, or no version in it, the user sees nothing. An answer of more than 1 MiB is dropped
+// while it arrives: whoever can change the traffic could otherwise fill the memory at each start.
 //
 // The data file is text in lines "key=value" that end with CR, LF or CRLF. White space around keys and values
 // is ignored. If a key occurs twice, the later line counts. These keys are read:
@@ -42,6 +44,12 @@ class UpdateChecker : public HTTPSocket {
 
     // Opens the update window with the URL of the download. The file's name is not used.
     void UpdateExists(const std::string& url, const std::string& file_name);
+
+  protected:
+    void Event_DataAvailable() override;
+
+  private:
+    void DropIfLonger(std::size_t bytes);
 };
 
 }  // namespace varnith

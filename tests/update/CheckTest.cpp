@@ -67,9 +67,12 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
         {"2008-06-24", Page("<h1>404</h1>", "404 Not Found"), "no offer"},
         {today.c_str(), Page("version=1.2.4\ndownload-mac=" + url_of_nobody, "500 Error"), url_of_nobody},
         {today.c_str(), Page("version=1.2.4"), ""},
+        // Too long to be a data file, and a head without an end.
+        {today.c_str(), Page("version=1.2.4\n" + std::string(8 << 20, 'x')), "no offer"},
+        {today.c_str(), "HTTP/1.1 200 OK\r\nX: " + std::string(8 << 20, 'x'), "no offer"},
     };
     for (const auto& [last_check, page, offered] : cases) {
-        SCOPED_TRACE(page);
+        SCOPED_TRACE(page.substr(0, 100));
         const Environment without_temporary_folder("TMPDIR", "/nowhere");
         if (last_check) Prefs::SetValue("lastupdatecheck", true, last_check);
         Serve({page});
@@ -77,6 +80,7 @@ TEST_F(CheckTest, IsMadeAtEachStartAndEndsInAnOfferOrWithoutAWord) {
             EXPECT_EQ(LastCheck(), today) << "a failed check counts as made";
             ServeUntil([&] { return HasServed() && !UpdateUtilities::checker->IsConnected(); });
             EXPECT_EQ(Offered(), address);
+            EXPECT_LT(UpdateUtilities::checker->Lookahead().size(), std::size_t{2} << 20);
             if (!Offer()) return;
             EXPECT_EQ(
                 Offer()->MessageDisplay.Text() + "|" + Offer()->DetailDisplay.Text(),
