@@ -24,6 +24,7 @@ class CanvasWidget : public QWidget {
     QImage drawn_;
 };
 
+// The view of a Canvas.
 class CanvasView : public ControlView {
   public:
     CanvasView(Canvas& canvas, CanvasWidget& widget, FrameClock& clock)

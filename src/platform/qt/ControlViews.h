@@ -46,6 +46,7 @@ class ControlView : public View {
     QObject connections_;
 };
 
+// The horizontal flag of Qt for an alignment.
 Qt::Alignment ToQt(TextAlign align);
 
 // Creates the view of a control, whatever its class, and its widget as a child of `parent`.

@@ -9,6 +9,8 @@
 
 namespace varnith {
 
+// The view of a Listbox. The list tells only that something has changed, and this finds out what. It tells
+// the table of appended rows less often than of the rest, because the table lays itself out anew for them.
 class ListboxView : public ControlView {
   public:
     ListboxView(Listbox& list, ListboxWidget& table, FrameClock& clock);

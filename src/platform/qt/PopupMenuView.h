@@ -23,6 +23,7 @@ class PopupMenuWidget : public QComboBox {
     void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
+// The view of a PopupMenu. While the list of entries is open, it keeps those that it was opened with.
 class PopupMenuView : public ControlView {
   public:
     PopupMenuView(PopupMenu& menu, PopupMenuWidget& box, FrameClock& clock);
