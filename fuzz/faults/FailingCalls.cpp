@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstddef>
+#include <cstring>
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -30,10 +31,12 @@ std::atomic<long> calls_left = 0;
 std::atomic<const char*> failed = nullptr;
 int failing_error = 0;
 bool failing_lasts = false;
+const char* failing_function = nullptr;  // null for all of the kind
 thread_local int exempt = 0;
 
 bool Fails(Call call, const char* function) {
     if (failing.load() != static_cast<int>(call) || exempt > 0) return false;
+    if (failing_function && std::strcmp(failing_function, function) != 0) return false;
     const long left = --calls_left;
     if (left > 0 || (left < 0 && !failing_lasts)) return false;
     failed = function;
@@ -59,6 +62,7 @@ void BeginFault(const Fault& fault) {
     failed = nullptr;
     failing_error = fault.error;
     failing_lasts = fault.lasts;
+    failing_function = fault.function;
     calls_left = fault.number;
     failing = static_cast<int>(fault.call);
 }
@@ -67,6 +71,10 @@ std::string EndFault() {
     failing = None;
     const char* function = failed;
     return function ? function : "";
+}
+
+int FailureOf(Call call, const char* function) {
+    return Fails(call, function) ? failing_error : 0;
 }
 
 Unfailing::Unfailing() {

@@ -29,13 +29,15 @@ enum class Call {
     Spawn,
     Pipe,
     Memory,
+    Database,  // by SQLite, of the files of its databases
 };
 
 struct Fault {
     Call call;
-    int error;    // an errno; for Call::LookUp a code of getaddrinfo(3)
+    int error;    // an errno; for Call::LookUp a code of getaddrinfo(3), for Call::Database one of SQLite
     long number;  // the call that fails, from 1
     bool lasts;   // whether all later ones fail, too
+    const char* function;  // the only one whose calls count; null for all of the kind
 };
 
 // Makes the calls of this process fail, those of its libraries included, from now on until EndFault. This
@@ -45,6 +47,10 @@ void BeginFault(const Fault& fault);
 
 // Returns the name of the function that has failed last; empty if none has.
 std::string EndFault();
+
+// Counts a call of a function that is not the C library's. Returns the fault's error if the call is to fail,
+// else 0.
+int FailureOf(Call call, const char* function);
 
 // Exempts this thread's calls for the lifetime of the object.
 class Unfailing {

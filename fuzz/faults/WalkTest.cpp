@@ -76,10 +76,13 @@ void WalkTest::StartServers(const std::string& folder) {
 }
 
 WalkTest::WalkTest() {
+    // So long that the rows fill more than a page of the database: SQLite then goes to the disk in the midst
+    // of a save, too.
+    const auto long_name = [](int number) { return std::to_string(number) + std::string(200, '-'); };
     for (int i = 0; i < 12; ++i)
-        documents.File(std::to_string(i % 4) + "/" + std::to_string(i) + ".tif", TiffBytes(i + 1));
-    documents.File("0/deeper/\xFF.TIFF", TiffBytes(2));
-    documents.File("1/.hidden", "1.tif\n");
+        documents.File(long_name(i % 4) + "/" + long_name(i) + ".tif", TiffBytes(i + 1));
+    documents.File(long_name(0) + "/deeper/\xFF.TIFF", TiffBytes(2));
+    documents.File(long_name(1) + "/.hidden", long_name(1) + ".tif\n");
     documents.File("before/b.tif", TiffBytes(1));
     for (const char* name : {"0", "1", "2"}) home.File(std::string("exports/") + name, "before");
     desktop.choose_file = [this](const std::string&, const std::string&) {

@@ -6,10 +6,12 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <signal.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "FailingCalls.h"
+#include "FailingDatabase.h"
 #include "WalkTest.h"
 
 // Makes the program's calls fail, one after the other: of each kind the first, then the second and so on,
@@ -24,6 +26,7 @@ struct Kind {
     const char* name;
     Call call;
     int error;
+    const char* function = nullptr;  // the only one; null for all of the kind
 };
 
 constexpr Kind Kinds[] = {
@@ -50,6 +53,31 @@ constexpr Kind Kinds[] = {
     {"receive", Call::Receive, EIO},
     {"event", Call::Event, EMFILE},
     {"look-up", Call::LookUp, EAI_AGAIN},
+    // The result codes of SQLite that its file system layer may return: from any method, then from one.
+    {"sqlite error", Call::Database, SQLITE_ERROR},
+    {"sqlite nomem", Call::Database, SQLITE_NOMEM},
+    {"sqlite interrupt", Call::Database, SQLITE_INTERRUPT},
+    {"sqlite ioerr", Call::Database, SQLITE_IOERR},
+    {"sqlite cantopen", Call::Database, SQLITE_CANTOPEN, "xOpen"},
+    {"sqlite readonly", Call::Database, SQLITE_READONLY, "xOpen"},
+    {"sqlite auth", Call::Database, SQLITE_AUTH, "xOpen"},
+    {"sqlite busy", Call::Database, SQLITE_BUSY, "xLock"},
+    {"sqlite locked", Call::Database, SQLITE_LOCKED, "xLock"},
+    {"sqlite perm", Call::Database, SQLITE_PERM, "xLock"},
+    {"sqlite protocol", Call::Database, SQLITE_PROTOCOL, "xLock"},
+    {"sqlite lock", Call::Database, SQLITE_IOERR_LOCK, "xLock"},
+    {"sqlite unlock", Call::Database, SQLITE_IOERR_UNLOCK, "xUnlock"},
+    {"sqlite access", Call::Database, SQLITE_IOERR_ACCESS, "xAccess"},
+    {"sqlite size", Call::Database, SQLITE_IOERR_FSTAT, "xFileSize"},
+    {"sqlite corrupt", Call::Database, SQLITE_CORRUPT, "xRead"},
+    {"sqlite notadb", Call::Database, SQLITE_NOTADB, "xRead"},
+    {"sqlite read", Call::Database, SQLITE_IOERR_READ, "xRead"},
+    {"sqlite short read", Call::Database, SQLITE_IOERR_SHORT_READ, "xRead"},
+    {"sqlite full", Call::Database, SQLITE_FULL, "xWrite"},
+    {"sqlite nolfs", Call::Database, SQLITE_NOLFS, "xWrite"},
+    {"sqlite write", Call::Database, SQLITE_IOERR_WRITE, "xWrite"},
+    {"sqlite sync", Call::Database, SQLITE_IOERR_FSYNC, "xSync"},
+    {"sqlite delete", Call::Database, SQLITE_IOERR_DELETE, "xDelete"},
 };
 
 Fault fault;
@@ -95,7 +123,7 @@ int TryAll(const Kind& kind, long stride) {
     const std::string log = std::string(getenv("TMPDIR")) + "/log";
     for (const int variation : {0, 1, 2, 3}) {
         is_first_start = (variation & 1) != 0;
-        fault = {kind.call, kind.error, 1 + random() % stride, (variation & 2) != 0};
+        fault = {kind.call, kind.error, 1 + random() % stride, (variation & 2) != 0, kind.function};
         // So many findings say that the walk itself is broken.
         for (const int most = findings + 20; findings < most; fault.number += stride) {
             const int status = RunInChild(log);
@@ -111,7 +139,7 @@ int TryAll(const Kind& kind, long stride) {
             std::printf("%s\n", BytesOf(log).substr(0, 1000).c_str());
         }
     }
-    std::printf("%-10s%6d runs%6d findings\n", kind.name, runs, findings);
+    std::printf("%-17s%6d runs%6d findings\n", kind.name, runs, findings);
     std::fflush(stdout);
     return findings;
 }
@@ -126,6 +154,7 @@ int Main(int argc, char** argv) {
     const TemporaryFolder folder("/dev/shm");  // a disk in memory, where a sync takes no time
     setenv("TMPDIR", folder.Path().c_str(), 1);
     srandom(static_cast<unsigned>(getpid()));
+    UseFailingDatabase();
     WalkTest::StartServers(folder.Path());
     int findings = 0;
     for (const Kind& kind : Kinds)
