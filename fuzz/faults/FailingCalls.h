@@ -29,7 +29,7 @@ enum class Call {
     Spawn,
     Pipe,
     Memory,
-    Database,  // by SQLite, of the files of its databases
+    Database,  // of SQLite to the layer below it; see FailingDatabase.h
 };
 
 struct Fault {

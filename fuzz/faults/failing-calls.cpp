@@ -14,9 +14,9 @@
 #include "FailingDatabase.h"
 #include "WalkTest.h"
 
-// Makes the program's calls fail, one after the other: of each kind the first, then the second and so on,
-// until a run makes no more. Each in a process of its own, once alone and once with all later calls of the
-// kind, at a first start and at a later one.
+// Makes the program's calls and SQLite's fail, one after the other: of each kind the first, then the second
+// and so on, until a run makes no more. Each in a process of its own, once alone and once with all later
+// calls of the kind, at a first start and at a later one.
 //   failing-calls STRIDE [KIND]   tries each STRIDE-th call, from a random one on
 namespace varnith::test {
 
