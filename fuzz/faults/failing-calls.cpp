@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 
 #include <fcntl.h>
@@ -17,7 +19,8 @@
 // Makes the program's calls and SQLite's fail, one after the other: of each kind the first, then the second
 // and so on, until a run makes no more. Each in a process of its own, once alone and once with all later
 // calls of the kind, at a first start and at a later one.
-//   failing-calls STRIDE [KIND]   tries each STRIDE-th call, from a random one on
+//   failing-calls STRIDE KIND   tries each STRIDE-th call, from a random one on
+//   failing-calls --kinds       lists the kinds
 namespace varnith::test {
 
 namespace {
@@ -144,11 +147,15 @@ int TryAll(const Kind& kind, long stride) {
     return findings;
 }
 
-int Main(int argc, char** argv) {
-    testing::GTEST_FLAG(brief) = true;
-    testing::InitGoogleTest(&argc, argv);
-    if (argc < 2) {
-        std::fputs("usage: failing-calls STRIDE [KIND]\n", stderr);
+int ListKinds() {
+    for (const Kind& kind : Kinds) std::puts(kind.name);
+    return 0;
+}
+
+int Try(long stride, const std::string& name) {
+    const Kind* const kind = std::ranges::find(Kinds, name, &Kind::name);
+    if (kind == std::end(Kinds)) {
+        std::fprintf(stderr, "There is no kind %s.\n", name.c_str());
         return 2;
     }
     const TemporaryFolder folder("/dev/shm");  // a disk in memory, where a sync takes no time
@@ -156,10 +163,7 @@ int Main(int argc, char** argv) {
     srandom(static_cast<unsigned>(getpid()));
     UseFailingDatabase();
     WalkTest::StartServers(folder.Path());
-    int findings = 0;
-    for (const Kind& kind : Kinds)
-        if (argc < 3 || std::string(argv[2]) == kind.name) findings += TryAll(kind, std::atol(argv[1]));
-    return findings == 0 ? 0 : 1;
+    return TryAll(*kind, stride) == 0 ? 0 : 1;
 }
 
 }  // namespace
@@ -167,5 +171,11 @@ int Main(int argc, char** argv) {
 }  // namespace varnith::test
 
 int main(int argc, char** argv) {
-    return varnith::test::Main(argc, argv);
+    using namespace varnith::test;
+    testing::GTEST_FLAG(brief) = true;
+    testing::InitGoogleTest(&argc, argv);
+    if (argc == 2 && argv[1] == std::string("--kinds")) return ListKinds();
+    if (argc == 3) return Try(std::atol(argv[1]), argv[2]);
+    std::fputs("usage: failing-calls STRIDE KIND, or failing-calls --kinds\n", stderr);
+    return 2;
 }
