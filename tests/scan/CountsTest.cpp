@@ -4,6 +4,7 @@
 
 #include "helpers/ProgramTest.h"
 #include "platform/base/Text.h"
+#include "scan/Class1.h"
 
 namespace varnith::test {
 
@@ -124,6 +125,13 @@ TEST_F(CountsTest, AThousandNestedFolders) {
         Scan(documents.Path(), true);
         EXPECT_EQ(Texts(), "Varnith - Testix - Finished|.|1000 file(s)|All,tif");
         EXPECT_TRUE(Rows().at(0) == "z.tif|2|" + deepest + "|tif");
+        EXPECT_TRUE(SavedRows() == Rows());
+        // The stack ends in the midst of them.
+        Main().Class11->StackSize = 300 << 10;
+        Scan(documents.Path(), true);
+        EXPECT_TRUE(Texts().starts_with("Varnith - Testix - Finished|."));
+        EXPECT_LT(Rows().size(), 1000u);
+        EXPECT_EQ(Rows().back(), "z.tif|2|inner|tif");
         EXPECT_TRUE(SavedRows() == Rows());
     });
 }

@@ -1,12 +1,22 @@
 #include "platform/files/FileListMBS.h"
 
+#include <memory>
+
 #include "platform/base/Exceptions.h"
+#include "platform/base/Trace.h"
 #include "platform/files/ListedItem.h"
+#include "platform/threads/Scheduler.h"
 
 namespace varnith {
 
-FileListMBS::FileListMBS(const Ref<FolderItem>& folder)
-    : folder_(folder), snapshot_(folder->TakeSnapshot()) {}
+FileListMBS::FileListMBS(const Ref<FolderItem>& folder) : folder_(folder) {
+    if (Scheduler::Current().HasStack()) {
+        snapshot_ = folder->TakeSnapshot();
+    } else {
+        TraceFailure("list", folder->Name(), "it is too deep for the stack");
+        snapshot_.listing = std::make_shared<const Listing>();
+    }
+}
 
 Ref<FolderItem> FileListMBS::Item(std::int32_t index) const {
     At(index);

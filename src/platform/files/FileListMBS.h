@@ -8,7 +8,8 @@
 namespace varnith {
 
 // A snapshot of a folder's direct entries, in natural order. Indices run from 0 to Count() - 1; any other
-// raises OutOfBoundsException. A folder that can't be read has no entries.
+// raises OutOfBoundsException. A folder that can't be read has no entries. Nor has one that a recursive walk
+// reaches where its Thread's stack is nearly used up, more than 100,000 levels down.
 class FileListMBS {
   public:
     // REQUIRES: folder is not nil (NilObjectException).

@@ -23,6 +23,8 @@ struct ListedEntry {
 // are stored in one string.
 class Listing {
   public:
+    // A listing without entries. REQUIRES: Folder is not called.
+    Listing() = default;
     // Lists a folder. A folder that can't be read has no entries.
     explicit Listing(std::shared_ptr<const OpenFolder> folder);
 

@@ -121,12 +121,21 @@ void ReadAhead::AskOn() {
     listed_before_ = listed;
     most_ = MostToAsk();
     std::size_t ahead = 0;
-    for (auto piece = way_.begin(); piece != way_.end() && ahead < most_; ++piece) {
+    // The folders around the piece whose own questions the walk has still to take.
+    std::vector<const Stops*> outer;
+    for (auto piece = way_.begin(); piece != way_.end() && ahead < most_;) {
         const auto* folder = std::get_if<FolderQuestion>(&*piece);
         if (folder && !folder->unfolded && folder->answer.IsThere() && folder->answer.Get()->listing)
             Unfold(piece);
+        if (folder && folder->unfolded) outer.push_back(folder->unfolded.get());
         if (!std::holds_alternative<Rest>(*piece)) ++ahead;
         while (ahead < most_ && AskNext(piece)) ++ahead;
+        const auto* rest = std::get_if<Rest>(&*piece);
+        const bool is_end = rest && !outer.empty() && outer.back() == rest->folder.get();
+        if (is_end) outer.pop_back();
+        // Otherwise each level of a deep tree would leave an empty Rest to pass over.
+        const bool is_useless = rest && !is_end && rest->next == rest->folder->places.size();
+        piece = is_useless ? way_.erase(piece) : std::next(piece);
     }
 }
 

@@ -61,7 +61,7 @@ class ReadAhead : public WalkSource {
 
     // The queue of questions, in the order of the walk. A folder's question is followed by the questions
     // about its stops, and those by its Rest: the stops that aren't asked about yet. The Rest stays in the
-    // queue, even if empty, until the walk leaves the folder.
+    // queue, even if empty, until the walk enters the folder.
     struct FolderQuestion {
         ListingPointer above;  // the listing that has the folder as an entry; null for the first folder
         std::size_t place;     // its index there

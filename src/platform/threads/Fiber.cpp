@@ -164,6 +164,11 @@ bool Fiber::Resume() {
     return !state.ended;
 }
 
+std::size_t Fiber::StackLeft() const {
+    const auto* const end = static_cast<const char*>(state_->stack.sp) - state_->stack.size;
+    return static_cast<std::size_t>(static_cast<const char*>(__builtin_frame_address(0)) - end);
+}
+
 void Fiber::GiveWay() {
     State& state = *state_;
     state.own_side.Leaving(state.resumer_stack);

@@ -22,6 +22,9 @@ class Fiber {
     // Suspends the body: Resume returns, and the next Resume continues here. Called by the body only.
     void GiveWay();
 
+    // The bytes of the stack that the caller has left. Called by the body only.
+    std::size_t StackLeft() const;
+
   private:
     struct State;
     std::unique_ptr<State> state_;

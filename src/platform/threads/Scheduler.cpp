@@ -1,6 +1,7 @@
 #include "platform/threads/Scheduler.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "platform/base/CoarseClock.h"
@@ -20,6 +21,11 @@ void Scheduler::Yield() {
         running_->fiber_->GiveWay();
     else
         Turn();
+}
+
+bool Scheduler::HasStack() const {
+    constexpr std::size_t Enough = 256 << 10;
+    return !running_ || running_->fiber_->StackLeft() >= Enough;
 }
 
 void Scheduler::Turn() {

@@ -26,6 +26,10 @@ class Scheduler {
     // Whether the caller is a Thread. Else it is an event handler or the event loop.
     bool IsInThread() const { return running_ != nullptr; }
 
+    // Whether a Thread that calls this has stack enough for one more level of a recursion, and for what the
+    // deepest level does. Always true outside of a Thread.
+    bool HasStack() const;
+
     // Ends the caller's time slice, so that the next yield point lets others run.
     void GiveUpSlice() { slice_end_ = {}; }
 
