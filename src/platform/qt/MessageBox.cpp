@@ -8,8 +8,6 @@
 #include <QPlainTextEdit>
 #include <QStyle>
 
-#include "platform/qt/MenuBarView.h"
-
 namespace varnith {
 
 namespace {
@@ -31,7 +29,6 @@ bool Scrolls(const QString& text) {
 
 void Run(QDialog& box) {
     box.setWindowTitle(QApplication::applicationName());
-    MenuBarView::AddShortcuts(box);
     box.exec();
 }
 

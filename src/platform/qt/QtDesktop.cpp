@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLibraryInfo>
+#include <QMessageBox>
 #include <QScreen>
 #include <QUrl>
 #include <utility>
@@ -95,7 +96,12 @@ QtDesktop::~QtDesktop() {
 
 bool QtDesktop::GuardedApplication::notify(QObject* receiver, QEvent* event) {
     bool handled = true;
-    Guarded([&] { handled = QApplication::notify(receiver, event); });
+    Guarded([&] {
+        // A dialog is polished before it is first shown. Those that Qt's dialogs open are reached only here.
+        auto* dialog = event->type() == QEvent::Polish ? qobject_cast<QDialog*>(receiver) : nullptr;
+        if (dialog) MenuBarView::AddShortcuts(*dialog);
+        handled = QApplication::notify(receiver, event);
+    });
     return handled;
 }
 
@@ -117,6 +123,10 @@ void QtDesktop::DoEvents(std::int32_t milliseconds) {
 }
 
 void QtDesktop::Quit(int status) {
+    // A question whose loop ends without an answer is not a "No" to Qt's file dialogs: they would delete the
+    // file that they have asked about.
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (qobject_cast<QMessageBox*>(window)) window->close();
     QApplication::exit(status);
 }
 
@@ -147,7 +157,6 @@ std::optional<std::string> QtDesktop::ChooseFolder() {
     QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Find Directory"), last_folder_);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    MenuBarView::AddShortcuts(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     last_folder_ = dialog.selectedFiles().constFirst();
     return QFile::encodeName(last_folder_).toStdString();

@@ -6,7 +6,6 @@
 #include <QFileInfo>
 
 #include "platform/qt/Decode.h"
-#include "platform/qt/MenuBarView.h"
 
 namespace varnith {
 
@@ -17,7 +16,6 @@ std::optional<std::string> AskForFileToWrite(const std::string& filter, const st
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(QFileInfo(Decoded(name)).suffix());
     dialog.selectFile(Decoded(name));
-    MenuBarView::AddShortcuts(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QString file = dialog.selectedFiles().constFirst();
     folder = QFileInfo(file).path();
