@@ -18,6 +18,7 @@
 #include "platform/qt/AccessibleListbox.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/HeadingsWidget.h"
+#include "platform/qt/TextColours.h"
 
 namespace varnith {
 
@@ -234,7 +235,7 @@ void ListboxWidget::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     if (!model() || model()->rowCount() > 0) return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.setPen(ReadableOn(palette().color(QPalette::Base), palette().color(QPalette::PlaceholderText)));
     painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, empty_text_);
 }
 

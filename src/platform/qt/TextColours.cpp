@@ -16,10 +16,10 @@ bool IsDark(const QColor& background) {
 
 QColor ReadableOn(const QColor& background, const QColor& colour) {
     constexpr float Readable = 0.78f;
-    float hue, saturation, lightness;
-    colour.getHslF(&hue, &saturation, &lightness);
+    float hue, saturation, lightness, alpha;
+    colour.getHslF(&hue, &saturation, &lightness, &alpha);
     if (IsDark(background)) lightness = std::max(lightness, Readable);
-    return QColor::fromHslF(std::max(hue, 0.0f), saturation, lightness);
+    return QColor::fromHslF(std::max(hue, 0.0f), saturation, lightness, alpha);
 }
 
 void SetBlackOnWhite(QWidget& widget) {
