@@ -1,3 +1,6 @@
+#include <future>
+
+#include "helpers/TestFileSystem.h"
 #include "platform/ui/Application.h"
 #include "support/SupportWindow.h"
 #include "update/AutoUpdateWindow.h"
@@ -225,6 +228,35 @@ TEST_F(OtherWindowsTest, AMessageShowsAllOfItsTextHoweverLong) {
             screen.QtDesktop::ShowMessage(text);
             EXPECT_EQ(desktop.quit_status, 0);
         }
+    });
+}
+
+TEST_F(OtherWindowsTest, AFolderDialogOpensAtTheLastFolderUnlessItsShareIsDown) {
+    struct Share : FileSystem {
+        using FileSystem::Status;
+        std::optional<FileStatus> Status(const std::string& path) const override {
+            if (path == folder) answer.wait_for(std::chrono::seconds(5));
+            return FileSystem::Status(path);
+        }
+        std::string folder;
+        std::shared_future<void> answer;
+    } share;
+    Work([&] {
+        const DiskInForce in_force(share);
+        const QString folder = QString::fromStdString(documents.Path());
+        std::promise<void> answer;
+        share.answer = answer.get_future().share();
+        for (const QString& wanted : {QDir::homePath(), folder, QDir::homePath()}) {
+            QTimer::singleShot(0, frame, [&] {
+                auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                EXPECT_EQ(dialog->directory().path().toStdString(), wanted.toStdString());
+                dialog->setDirectory(folder);
+                if (wanted == folder) share.folder = documents.Path();
+                QTimer::singleShot(0, dialog, &QDialog::accept);
+            });
+            screen.QtDesktop::ChooseFolder();
+        }
+        answer.set_value();
     });
 }
 

@@ -16,6 +16,7 @@
 #include "platform/qt/AccessibleFactory.h"
 #include "platform/qt/ContextMenu.h"
 #include "platform/qt/Decode.h"
+#include "platform/qt/FirstFolder.h"
 #include "platform/qt/MenuBarView.h"
 #include "platform/qt/MessageBox.h"
 #include "platform/qt/OtherWindows.h"
@@ -154,7 +155,8 @@ Desktop::Size QtDesktop::ScreenSize(int screen) const {
 
 std::optional<std::string> QtDesktop::ChooseFolder() {
     // Qt's own dialog has this title by default, but the desktop's has none.
-    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Find Directory"), last_folder_);
+    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Find Directory"),
+                       FirstFolder(last_folder_));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;

@@ -6,12 +6,14 @@
 #include <QFileInfo>
 
 #include "platform/qt/Decode.h"
+#include "platform/qt/FirstFolder.h"
 
 namespace varnith {
 
 std::optional<std::string> AskForFileToWrite(const std::string& filter, const std::string& name,
                                              QString& folder) {
-    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Save As"), folder, Decoded(filter));
+    QFileDialog dialog(QApplication::activeWindow(), QFileDialog::tr("Save As"), FirstFolder(folder),
+                       Decoded(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(QFileInfo(Decoded(name)).suffix());
