@@ -96,11 +96,13 @@ TEST(OpenTest, StartsWithTheSignalsOfAShellAndSaysOneLineAtMost) {
     const Environment data("XDG_DATA_HOME", folder.Path());
     const Environment no_desktop("XDG_CURRENT_DESKTOP", "");
     const Environment path("PATH", folder.Path() + ":" + getenv("PATH"));
-    // The opener writes to both output streams, and leaves a note unless SIGPIPE is ignored.
+    // The opener writes to both output streams, and leaves a note if neither SIGXFSZ nor SIGPIPE is
+    // ignored.
     const std::string note = folder / "note";
-    const std::string opener =
-        folder.File("xdg-open", "#!/bin/sh\necho output; echo error >&2\ntrap 'echo \"$1\" >" + note +
-                                    "' PIPE\nkill -PIPE $$\n[ \"$1\" != mailto:nobody ] || exit 3\n");
+    const std::string opener = folder.File(
+        "xdg-open",
+        "#!/bin/sh\necho output; echo error >&2\ntrap 'echo \"$1\" >" + note +
+            "' PIPE\ntrap 'kill -PIPE $$' XFSZ\nkill -XFSZ $$\n[ \"$1\" != mailto:nobody ] || exit 3\n");
     fs::permissions(opener, fs::perms::owner_all);
     folder.File("applications/viewer.desktop",
                 "[Desktop Entry]\nType=Application\nName=Viewer\nExec=" + opener + " %f\n");

@@ -22,8 +22,11 @@ Application* current = nullptr;
 
 Application::Application() {
     current = this;
-    // A write to a pipe whose reader has gone must fail with an error instead of killing the process.
+    // A write to a pipe whose reader has gone, or beyond the limit of a file's size (setrlimit(2)), must fail
+    // with an error instead of killing the process.
     signal(SIGPIPE, SIG_IGN);
+    // The programs that this one starts do not inherit a handler, as they would SIG_IGN.
+    signal(SIGXFSZ, [](int) {});
     SetUnhandledExceptionHandler([this](const std::exception& error) { Handle(error); });
 }
 
