@@ -19,7 +19,7 @@ class Thread : public RefCounted {
     // The priority. It has no effect: all threads get turns of equal length.
     std::int32_t Priority = 5;
 
-    // The size of the stack in bytes, used by Run. 0 means 60 MiB, enough for tens of thousands of nested
+    // The size of the stack in bytes, used by Run. 0 means 60 MiB, enough for a hundred thousand nested
     // calls; only the part that is used takes memory.
     std::int32_t StackSize = 0;
 
