@@ -68,10 +68,11 @@ class InstallTest : public UpdateTest {
     // omitted.
     std::string Holds(const std::string& path) const {
         std::string names;
-        for (const auto& [name, what] : TreeOf(path)) {
+        for (const auto& [name, _] : TreeOf(path)) {
             if (name.find('/') != name.npos || name == "os-release" || name == "varnth") continue;
             names += (names.empty() ? "" : " ") + name;
-            if (!what.ends_with('/')) continue;
+            const auto status = std::filesystem::symlink_status(path + "/" + name);
+            if (!std::filesystem::is_directory(status)) continue;
             const Tree tree = TreeOf(path + "/" + name);
             names += tree == old_ ? "=old" : tree == new_ ? "=new" : "=other";
         }
